@@ -1,0 +1,31 @@
+#include "core/status_panels.h"
+
+#include "config/text_codec.h"
+
+namespace vx::core {
+
+namespace {
+std::string text(const char* utf8) { return config::utf8ToCp1251(utf8); }
+}
+
+std::string serviceStatusText(const ServiceStatus& status)
+{
+    const std::string stop = text("Стоп");
+    const std::string ok = text("ОК");
+    std::string out = text("Анализ:");
+    out += status.fpsRecognition == -1 ? stop
+                                       : std::to_string(status.fpsRecognition) + text(" кадров/сек");
+    out += "\r\n" + text("Контроль:") + (status.restartControl == 10 ? ok : stop);
+    out += "\r\n" + text("Управление:") + (status.statusControl != -1 ? ok : stop);
+    out += "\r\n" + text("Мессендж:") + (status.statusMes != -1 ? ok : stop);
+    return out;
+}
+
+std::string streamStatusText(const StreamCounts& counts)
+{
+    return text("Всего:") + std::to_string(counts.total) + "\r\n" + text("Запущенных:") +
+           std::to_string(counts.running) + "\r\n" + text("Планированно:") +
+           std::to_string(counts.planned);
+}
+
+} // namespace vx::core

@@ -1,0 +1,415 @@
+#include "ui/main_window.h"
+
+#include <QApplication>
+#include <QCloseEvent>
+#include <QGridLayout>
+#include <QGuiApplication>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QMenuBar>
+#include <QPainter>
+#include <QPixmap>
+#include <QPushButton>
+#include <QScreen>
+#include <QSocketNotifier>
+#include <QStatusBar>
+#include <QTimer>
+#include <QVBoxLayout>
+#include <chrono>
+#include <thread>
+
+#include <tbb/global_control.h>
+
+#include "core/global_commands.h"
+#include "core/status_panels.h"
+#include "core/timer_thread.h"
+#include "core/window_placement.h"
+#include "config/text_codec.h"
+#include "ui/qt_text.h"
+
+namespace vx::ui {
+
+namespace {
+
+const char* const windowTitleText = "Vexlane Распознавание автомобильных номеров";
+const char* const windowClassName = "Vexlane";
+
+struct DialogButton {
+    int id;
+    const char* caption;
+    const char* picture;
+};
+
+const DialogButton dialogButtons[] = {
+    {idStartAll, "Запустить все", "button1.png"}, {idStopAll, "Остановить все", "button2.png"},
+    {idRecognition, "Анализ", "button3.png"},     {idWatch, "Контроль", "button4.png"},
+    {idControl, "Управление", "button5.png"},     {idLists, "Списки", "button6.png"},
+    {idMessengers, "Мессенджеры", "button7.png"}, {idJournal, "Журнал", "button8.png"},
+};
+
+QString imagePath(const QString& name)
+{
+    return QCoreApplication::applicationDirPath() + "/images/" + name;
+}
+
+// Panels show CR LF separated lines; Qt wants a bare line feed.
+QString panelText(const std::string& cp1251)
+{
+    return toQString(cp1251).replace("\r\n", "\n");
+}
+
+std::vector<core::Rect> monitorWorkAreas()
+{
+    std::vector<core::Rect> areas;
+    for (QScreen* screen : QGuiApplication::screens()) {
+        const QRect r = screen->availableGeometry();
+        areas.push_back({r.x(), r.y(), r.width(), r.height()});
+    }
+    return areas;
+}
+
+} // namespace
+
+MainWindow::MainWindow(core::AppState& state, QWidget* parent) : QMainWindow(parent), state_(state)
+{
+    actions_.launch = core::launchAsync;
+    setWindowTitle(literal(windowTitleText));
+    setWindowIcon(QIcon(imagePath("vexlane.png")));
+}
+
+MainWindow::~MainWindow() = default;
+
+QWidget* MainWindow::control(int id) const
+{
+    auto it = controls_.find(id);
+    return it == controls_.end() ? nullptr : it->second;
+}
+
+QAction* MainWindow::menuAction(int id) const
+{
+    auto it = menuActions_.find(id);
+    return it == menuActions_.end() ? nullptr : it->second;
+}
+
+bool MainWindow::create()
+{
+    buildMainMenu();
+    buildTray();
+    QWidget* dialog = buildMainDialog();
+    if (!dialog)
+        return false;
+    setCentralWidget(dialog);
+    statusBar()->setSizeGripEnabled(true);
+    controls_[idStatusBar] = statusBar();
+    if (tray_)
+        tray_->show();
+
+    openEndpoint();
+    startTick();
+    {
+        // Caps the scheduler's parallelism while the window is being set up.
+        tbb::global_control cap(tbb::global_control::max_allowed_parallelism,
+                                std::max<size_t>(std::thread::hardware_concurrency(), 16));
+    }
+    // The timer thread works on the process-wide state and outlives nobody
+    // it refers to: it is detached and leaves once shuttingDown is set.
+    core::AppState* state = &state_;
+    std::thread([state] {
+        core::TimerHooks hooks;
+        hooks.updateCamera = [state] {
+            core::UpdateCameraHooks update;
+            update.now = [] {
+                return std::chrono::duration_cast<std::chrono::seconds>(
+                           std::chrono::system_clock::now().time_since_epoch())
+                    .count();
+            };
+            update.findWindow = [](const std::string& videoName) {
+                return platform::findWindow("", config::cp1251ToUtf8(videoName));
+            };
+            state->streams.updateCamera(update, 320, 320);
+        };
+        core::runTimerThread(*state, hooks);
+    }).detach();
+
+    placeWindow();
+    layoutTiles();
+    state_.createFinished = true;
+    return true;
+}
+
+void MainWindow::buildMainMenu()
+{
+    QMenu* file = menuBar()->addMenu(literal("Файл"));
+    auto add = [this](QMenu* menu, int id, const char* text) {
+        QAction* action = menu->addAction(literal(text));
+        menuActions_[id] = action;
+        connect(action, &QAction::triggered, this, [this, id] { onMenuCommand(id); });
+    };
+    add(file, idMenuOpenSystemLog, "Открыть папку системного журнала");
+    add(file, idMenuOpenRecogLog, "Открыть папку журнала распознавания");
+    add(file, idMenuSettings, "Настройки");
+    add(file, idMenuExit, "Выход");
+    QMenu* help = menuBar()->addMenu(literal("Справка"));
+    add(help, idMenuHelpFile, "Помощь");
+    add(help, idMenuAbout, "О программе");
+    menuActions_[idMenuFile] = file->menuAction();
+    menuActions_[idMenuHelp] = help->menuAction();
+}
+
+void MainWindow::buildTray()
+{
+    trayMenu_ = new QMenu(this);
+    QAction* autorun = trayMenu_->addAction(literal("Автозагрузка"));
+    autorun->setCheckable(true);
+    autorun->setChecked(state_.liveMainConfig.autoRunManager);
+    menuActions_[idTrayAutorun] = autorun;
+    QAction* exit = trayMenu_->addAction(literal("Выход"));
+    menuActions_[idTrayExit] = exit;
+    // The tray's exit posts the teardown rather than running it inside the
+    // menu's own loop.
+    connect(exit, &QAction::triggered, this, [this] { QTimer::singleShot(0, this, [this] { teardown(); }); });
+
+    tray_ = new QSystemTrayIcon(QIcon(imagePath("vexlane.png")), this);
+    tray_->setToolTip(literal(windowTitleText).left(127));
+    tray_->setContextMenu(trayMenu_);
+    connect(tray_, &QSystemTrayIcon::activated, this, [this](QSystemTrayIcon::ActivationReason reason) {
+        if (reason == QSystemTrayIcon::Trigger)
+            restoreFromTray();
+    });
+    connect(trayMenu_, &QMenu::aboutToShow, this,
+            [this, autorun] { autorun->setChecked(state_.liveMainConfig.autoRunManager); });
+}
+
+QWidget* MainWindow::buildMainDialog()
+{
+    auto* dialog = new QWidget(this);
+    auto* grid = new QGridLayout(dialog);
+    auto* buttons = new QHBoxLayout;
+    for (const DialogButton& b : dialogButtons) {
+        auto* button = new QPushButton(QIcon(imagePath(b.picture)), literal(b.caption), dialog);
+        button->setIconSize(QSize(32, 32));
+        controls_[b.id] = button;
+        const int id = b.id;
+        connect(button, &QPushButton::clicked, this, [this, id] { onDialogCommand(id); });
+        buttons->addWidget(button);
+    }
+    buttons->addStretch(1);
+    grid->addLayout(buttons, 0, 0);
+
+    auto makePanel = [&](int id) {
+        auto* panel = new QPushButton(dialog);
+        panel->setEnabled(false);
+        panel->setMinimumSize(170, 80);
+        panel->setStyleSheet("text-align: left; padding: 4px;");
+        controls_[id] = panel;
+        return panel;
+    };
+    auto* panels = new QHBoxLayout;
+    panels->addWidget(makePanel(idServicePanel));
+    panels->addWidget(makePanel(idStreamPanel));
+    grid->addLayout(panels, 0, 1);
+
+    tileArea_ = new QLabel(dialog);
+    tileArea_->setMinimumSize(640, 480);
+    tileArea_->setAlignment(Qt::AlignLeft | Qt::AlignTop);
+    tileArea_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Ignored);
+    controls_[idTileArea] = tileArea_;
+    grid->addWidget(tileArea_, 1, 0, 1, 2);
+    grid->setRowStretch(1, 1);
+    updateStatusPanels();
+    return dialog;
+}
+
+void MainWindow::openEndpoint()
+{
+    endpoint_ = platform::createWindowEndpoint(windowClassName, windowTitleText);
+    if (!endpoint_)
+        return;   // a second start then finds no window to raise; nothing else depends on it
+    endpoint_->onShow = [this](platform::ShowCommand command) {
+        if (command == platform::ShowCommand::Restore || command == platform::ShowCommand::Show)
+            restoreFromTray();
+        else if (command == platform::ShowCommand::Minimize)
+            showMinimized();
+    };
+    endpoint_->onForeground = [this] {
+        raise();
+        activateWindow();
+    };
+    endpoint_->onCopyData = [](const platform::CopyDataMessage&) { return true; };
+    if (endpoint_->pollDescriptor() >= 0) {
+        endpointNotifier_ = new QSocketNotifier(endpoint_->pollDescriptor(), QSocketNotifier::Read, this);
+        connect(endpointNotifier_, &QSocketNotifier::activated, this, [this] { endpoint_->dispatchPending(); });
+    }
+}
+
+void MainWindow::startTick()
+{
+    tickTimer_ = new QTimer(this);
+    tickTimer_->setInterval(1000);
+    connect(tickTimer_, &QTimer::timeout, this, &MainWindow::onTimerTick);
+    tickTimer_->start();
+    geometryTimer_ = new QTimer(this);
+    geometryTimer_->setSingleShot(true);
+    geometryTimer_->setInterval(400);
+    connect(geometryTimer_, &QTimer::timeout, this, &MainWindow::rememberGeometry);
+}
+
+void MainWindow::onTimerTick()
+{
+    if (!core::onTimer(state_))
+        return;
+    statusBar()->showMessage(toQString(state_.status.get()));
+    updateStatusPanels();
+}
+
+void MainWindow::updateStatusPanels()
+{
+    core::ServiceStatus services;
+    services.fpsRecognition = state_.fpsRecognition;
+    services.restartControl = state_.restartControl;
+    services.statusControl = state_.statusControl;
+    services.statusMes = state_.statusMes;
+    core::StreamCounts counts{state_.streams.countTotal(), state_.streams.countRunning(),
+                              state_.streams.countPlanned()};
+    if (auto* panel = qobject_cast<QPushButton*>(control(idServicePanel)))
+        panel->setText(panelText(core::serviceStatusText(services)));
+    if (auto* panel = qobject_cast<QPushButton*>(control(idStreamPanel)))
+        panel->setText(panelText(core::streamStatusText(counts)));
+}
+
+void MainWindow::onMenuCommand(int id)
+{
+    if (id < idMenuSettings || id > idMenuAbout)
+        return;
+    switch (id) {
+    case idMenuExit:
+        teardown();
+        break;
+    default:
+        break;
+    }
+}
+
+void MainWindow::onDialogCommand(int id)
+{
+    switch (id) {
+    case idStartAll:
+        core::startAll(state_, actions_);
+        break;
+    case idStopAll:
+        core::stopAll(state_, actions_);
+        break;
+    default:
+        break;
+    }
+    statusBar()->showMessage(toQString(state_.status.get()));
+}
+
+void MainWindow::teardown()
+{
+    if (tornDown_)
+        return;
+    tornDown_ = true;
+    if (tray_)
+        tray_->hide();
+    state_.shuttingDown = true;
+    // Gives the timer thread and the running service requests the time to
+    // see the flag.
+    std::this_thread::sleep_for(std::chrono::milliseconds(teardownPauseMs_));
+    if (tickTimer_)
+        tickTimer_->stop();
+    QCoreApplication::exit(0);
+}
+
+void MainWindow::closeEvent(QCloseEvent* event)
+{
+    // The close box never ends the program: it minimises.
+    event->ignore();
+    showMinimized();
+}
+
+void MainWindow::changeEvent(QEvent* event)
+{
+    QMainWindow::changeEvent(event);
+    if (event->type() != QEvent::WindowStateChange)
+        return;
+    if (isMinimized()) {
+        state_.minimised = true;
+        // Out of the task bar while minimised; the tray brings it back.
+        if (tray_ && QSystemTrayIcon::isSystemTrayAvailable())
+            QTimer::singleShot(0, this, [this] { if (isMinimized()) hide(); });
+        return;
+    }
+    if (windowState() == Qt::WindowNoState)
+        state_.minimised = false;
+    // Straight from minimised to maximised leaves the flag set until the
+    // next plain restore, as the size code says "maximised".
+    layoutTiles();
+}
+
+void MainWindow::restoreFromTray()
+{
+    showNormal();
+    raise();
+    activateWindow();
+}
+
+void MainWindow::moveEvent(QMoveEvent* event)
+{
+    QMainWindow::moveEvent(event);
+    if (geometryTimer_)
+        geometryTimer_->start();
+}
+
+void MainWindow::resizeEvent(QResizeEvent* event)
+{
+    QMainWindow::resizeEvent(event);
+    layoutTiles();
+    if (geometryTimer_)
+        geometryTimer_->start();
+}
+
+void MainWindow::placeWindow()
+{
+    const config::MainConfig& c = state_.liveMainConfig;
+    const core::Placement placement{c.xWindow, c.yWindow, c.wWindow, c.hWindow, c.display};
+    const QRect frame = frameGeometry();
+    const auto rect = core::placeWindow(placement, monitorWorkAreas(),
+                                        {frame.x(), frame.y(), frame.width(), frame.height()});
+    if (!rect)
+        return;
+    resize(rect->width, rect->height);
+    move(rect->x, rect->y);
+}
+
+void MainWindow::rememberGeometry()
+{
+    if (!state_.createFinished || isMaximized() || isMinimized())
+        return;
+    const QRect frame = frameGeometry();
+    const core::Placement p =
+        core::rememberPlacement({frame.x(), frame.y(), frame.width(), frame.height()}, monitorWorkAreas());
+    config::MainConfig& c = state_.liveMainConfig;
+    c.xWindow = p.xWindow;
+    c.yWindow = p.yWindow;
+    c.wWindow = p.wWindow;
+    c.hWindow = p.hWindow;
+    c.display = p.display;
+    if (actions_.saveMainConfig)
+        actions_.saveMainConfig();
+}
+
+void MainWindow::layoutTiles()
+{
+    if (!tileArea_ || !centralWidget())
+        return;
+    const QRect client = centralWidget()->rect();
+    const core::Size zone = core::tileZoneForClient(client.width(), client.height() + statusBar()->height(),
+                                                    statusBar()->height(), tileArea_->x(), tileArea_->y());
+    QPixmap picture(zone.width, zone.height);
+    picture.fill(QColor(48, 48, 48));
+    tileArea_->setPixmap(picture);
+    updateStatusPanels();
+}
+
+} // namespace vx::ui

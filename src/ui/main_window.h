@@ -1,0 +1,92 @@
+#pragma once
+// The manager's window: menu, the main dialog with its eight buttons, the two
+// status panels, the tile area, the status bar and the tray icon. It binds
+// the core's logic to Qt and holds none of its own.
+#include <QMainWindow>
+#include <QSystemTrayIcon>
+#include <map>
+#include <memory>
+
+#include "core/process_actions.h"
+#include "core/state/app_state.h"
+#include "platform/window_endpoint.h"
+
+class QLabel;
+class QPushButton;
+class QSocketNotifier;
+class QTimer;
+class QMenu;
+class QAction;
+
+namespace vx::ui {
+
+// Control identifiers of the main window and its dialog.
+enum ControlId : int {
+    idMenuFile = 10001, idMenuSettings = 10002, idMenuExit = 10003, idMenuOpenSystemLog = 10004,
+    idMenuOpenRecogLog = 10005, idMenuHelpFile = 10006, idMenuAbout = 10007, idMenuHelp = 10008,
+    idTrayExit = 11003, idTrayAutorun = 11004,
+    idStartAll = 1036, idStopAll = 1037, idMessengers = 1038, idRecognition = 1039,
+    idServicePanel = 1040, idTileArea = 1041, idJournal = 1042, idStreamPanel = 1043,
+    idControl = 1044, idLists = 1045, idWatch = 1087,
+    idStatusBar = 11111,
+};
+
+class MainWindow : public QMainWindow {
+    Q_OBJECT
+public:
+    explicit MainWindow(core::AppState& state, QWidget* parent = nullptr);
+    ~MainWindow() override;
+
+    // The create handler: builds the window's parts and starts the tick.
+    // False when the window could not be set up (the caller then ends).
+    bool create();
+    // The teardown: tray icon away, shuttingDown set, a pause for the
+    // timer thread, then the event loop is told to end.
+    void teardown();
+
+    core::ProcessActions& actions() { return actions_; }
+    // Control lookup for tests: the widget with a control identifier.
+    QWidget* control(int id) const;
+    QAction* menuAction(int id) const;
+    QSystemTrayIcon* trayIcon() const { return tray_; }
+    // Sets how long the teardown waits for the background threads.
+    void setTeardownPause(int ms) { teardownPauseMs_ = ms; }
+
+    void onMenuCommand(int id);
+    void onDialogCommand(int id);
+    void updateStatusPanels();
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
+    void changeEvent(QEvent* event) override;
+    void moveEvent(QMoveEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+
+private:
+    void buildMainMenu();
+    void buildTray();
+    QWidget* buildMainDialog();
+    void startTick();
+    void placeWindow();
+    void layoutTiles();
+    void rememberGeometry();
+    void openEndpoint();
+    void onTimerTick();
+    void restoreFromTray();
+
+    core::AppState& state_;
+    core::ProcessActions actions_;
+    std::map<int, QWidget*> controls_;
+    std::map<int, QAction*> menuActions_;
+    QLabel* tileArea_ = nullptr;
+    QMenu* trayMenu_ = nullptr;
+    QSystemTrayIcon* tray_ = nullptr;
+    QTimer* tickTimer_ = nullptr;
+    QTimer* geometryTimer_ = nullptr;   // fires at the end of a move or resize
+    std::unique_ptr<platform::WindowEndpoint> endpoint_;
+    QSocketNotifier* endpointNotifier_ = nullptr;
+    int teardownPauseMs_ = 1500;
+    bool tornDown_ = false;
+};
+
+} // namespace vx::ui
