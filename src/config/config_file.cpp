@@ -1,0 +1,105 @@
+#include "config/config_file.h"
+
+#include <fstream>
+#include <iostream>
+#include <memory>
+
+#include "config/text_codec.h"
+#include "platform/named_lock.h"
+#include "platform/paths.h"
+
+namespace vx::config {
+namespace {
+
+// The named lock of one file operation, or none for the files that have no
+// lock. Prints the agreed message when the lock can't be had.
+class FileLock {
+public:
+    explicit FileLock(const std::string& mutexName) {
+        if (mutexName.empty()) {
+            ok_ = true;
+            return;
+        }
+        lock_ = platform::createNamedLock(mutexName);
+        ok_ = lock_ && lock_->lock();
+        if (!ok_) std::cerr << "Failed to create/open mutex: " << mutexName << std::endl;
+    }
+    ~FileLock() {
+        if (ok_ && lock_) lock_->unlock();
+    }
+    FileLock(const FileLock&) = delete;
+    FileLock& operator=(const FileLock&) = delete;
+    bool ok() const { return ok_; }
+
+private:
+    std::unique_ptr<platform::NamedLock> lock_;
+    bool ok_ = false;
+};
+
+std::string messagePrefix(const ConfigReadRequest& request) {
+    return (request.tagged ? "[VX2S] " : "") + request.readerName;
+}
+
+} // namespace
+
+std::string configFilePath(const std::string& configDirectory, const std::string& fileName) {
+    return configDirectory + platform::pathSeparator + fileName;
+}
+
+std::filesystem::path toNativePath(const std::string& cp1251Path) {
+    // A path built from UTF-8 code units is converted to the native form by
+    // the library itself (kept as it is here, UTF-16 on Windows).
+    const std::string utf8 = cp1251ToUtf8(cp1251Path);
+    return std::filesystem::path(std::u8string(utf8.begin(), utf8.end()));
+}
+
+bool writeConfigFile(const std::string& mutexName, const std::string& path,
+                     const std::string& text, SafetyCopy safetyCopy) {
+    FileLock lock(mutexName);
+    if (!lock.ok()) return false;
+    const std::filesystem::path target = toNativePath(path);
+    if (safetyCopy == SafetyCopy::keepPrevious) {
+        std::string error;
+        if (!platform::copyFileOverwrite(target, toNativePath(path + ".tmp"), error))
+            std::cerr << "Failed to copy main config file: " << error << std::endl;
+    }
+    // Binary, so the file holds exactly the writer's bytes ("\n" line ends,
+    // which is also what text mode gives on this platform).
+    std::ofstream file(target, std::ios::out | std::ios::trunc | std::ios::binary);
+    if (!file.is_open()) return false;
+    file << text;
+    file.close();
+    return true;
+}
+
+ReadOutcome readConfigFile(const ConfigReadRequest& request,
+                           const std::function<void(nlohmann::json&)>& take) {
+    FileLock lock(request.mutexName);
+    if (!lock.ok()) return ReadOutcome::noLock;
+    const std::filesystem::path source = toNativePath(request.path);
+    // Text mode, as the suite's processes read: the parser treats a carriage
+    // return before a line feed as blank space either way.
+    std::ifstream file(source);
+    if (!file.is_open() && request.writeDefaults) {
+        request.writeDefaults();
+        file.open(source);
+    }
+    if (!file.is_open()) return ReadOutcome::notOpened;
+    try {
+        nlohmann::json document = nlohmann::json::parse(file);
+        take(document);
+    } catch (const nlohmann::json::parse_error& e) {
+        std::cerr << messagePrefix(request) << " parse error at byte " << e.byte << std::endl;
+        return ReadOutcome::parseError;
+    } catch (const std::exception&) {
+        // type_error is the expected one (a key of the wrong JSON type, value()
+        // on a section that is missing). The rest of nlohmann's family and a
+        // bad field's conversion error are reported the same way, so that no
+        // file, however damaged, takes the process down.
+        std::cerr << messagePrefix(request) << " parse error type " << std::endl;
+        return ReadOutcome::typeError;
+    }
+    return ReadOutcome::done;
+}
+
+} // namespace vx::config

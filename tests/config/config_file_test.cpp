@@ -1,0 +1,311 @@
+#include "config/config_file.h"
+
+#include <fstream>
+#include <future>
+#include <iostream>
+#include <sstream>
+
+#include <gtest/gtest.h>
+
+#include "config/date_time.h"
+#include "platform/named_lock.h"
+#include "support/temp_dir.h"
+
+namespace vx::config {
+namespace {
+
+// Everything written to standard error while the object lives.
+class CapturedStderr {
+public:
+    CapturedStderr() : previous_(std::cerr.rdbuf(buffer_.rdbuf())) {}
+    ~CapturedStderr() { std::cerr.rdbuf(previous_); }
+    std::string text() const { return buffer_.str(); }
+
+private:
+    std::ostringstream buffer_;
+    std::streambuf* previous_;
+};
+
+std::string readBytes(const std::filesystem::path& path) {
+    std::ifstream in(path, std::ios::binary);
+    std::ostringstream out;
+    out << in.rdbuf();
+    return out.str();
+}
+
+void writeBytes(const std::filesystem::path& path, const std::string& bytes) {
+    std::ofstream out(path, std::ios::binary | std::ios::trunc);
+    out << bytes;
+}
+
+// Whether another thread can take the named lock at this moment. Never waits.
+bool freeForOtherThreads(const std::string& mutexName) {
+    return std::async(std::launch::async, [&] {
+               auto lock = platform::createNamedLock(mutexName);
+               if (!lock || !lock->tryLock()) return false;
+               lock->unlock();
+               return true;
+           }).get();
+}
+
+class ConfigFile : public ::testing::Test {
+protected:
+    // The folder as in-memory text: it is ASCII, so 1251 spells it the same.
+    std::string pathOf(const std::string& name) const {
+        return configFilePath(folder_.path().string(), name);
+    }
+
+    test::RuntimeSandbox runtime_;   // private locks folder
+    test::TempDir folder_;
+};
+
+TEST(ConfigPath, JoinsWithOneSeparator) {
+    EXPECT_EQ(configFilePath("/opt/vexlane/configs", "vx_main_config.json"),
+              "/opt/vexlane/configs/vx_main_config.json");
+    EXPECT_EQ(configFilePath("", "x.json"), "/x.json");
+}
+
+TEST(ConfigPath, NativePathIsUtf8) {
+    // "Камеры" in 1251.
+    EXPECT_EQ(toNativePath("/tmp/\xCA\xE0\xEC\xE5\xF0\xFB/a.json").native(),
+              "/tmp/Камеры/a.json");
+}
+
+TEST_F(ConfigFile, WritesTheExactBytes) {
+    const std::string text = "{\n\t\"name\":\"Камера\",\n\t\"k\":0.25\n}";
+    CapturedStderr err;
+    EXPECT_TRUE(writeConfigFile(mainConfigMutexName, pathOf("vx_control_config.json"), text));
+    EXPECT_EQ(readBytes(folder_.path() / "vx_control_config.json"), text);
+    EXPECT_FALSE(std::filesystem::exists(folder_.path() / "vx_control_config.json.tmp"));
+    EXPECT_EQ(err.text(), "");
+}
+
+TEST_F(ConfigFile, RewriteTruncates) {
+    const std::string path = pathOf("vx_mess_config.json");
+    writeConfigFile(messengersConfigMutexName, path, std::string(500, 'x'));
+    writeConfigFile(messengersConfigMutexName, path, "{\n}");
+    EXPECT_EQ(readBytes(folder_.path() / "vx_mess_config.json"), "{\n}");
+}
+
+TEST_F(ConfigFile, FileNamedIn1251LandsUnderItsUtf8Name) {
+    // "Список" in 1251.
+    const std::string path = pathOf("\xD1\xEF\xE8\xF1\xEE\xEA.list.json");
+    EXPECT_TRUE(writeConfigFile("", path, "{}"));
+    EXPECT_EQ(readBytes(folder_.path() / "Список.list.json"), "{}");
+}
+
+TEST_F(ConfigFile, FirstSaveOfTheMainConfigReportsTheCopyAndWrites) {
+    const std::string path = pathOf("vx_main_config.json");
+    CapturedStderr err;
+    EXPECT_TRUE(writeConfigFile(mainConfigMutexName, path, "first", SafetyCopy::keepPrevious));
+    const std::string message = err.text();
+    const std::string prefix = "Failed to copy main config file: ";
+    ASSERT_EQ(message.compare(0, prefix.size(), prefix), 0) << message;
+    EXPECT_GT(message.size(), prefix.size() + 1) << "no error text";
+    EXPECT_EQ(message.back(), '\n');
+    EXPECT_EQ(message.find('\n'), message.size() - 1) << "one line only";
+    EXPECT_EQ(readBytes(folder_.path() / "vx_main_config.json"), "first");
+}
+
+TEST_F(ConfigFile, SafetyCopyHoldsThePreviousSave) {
+    const std::string path = pathOf("vx_main_config.json");
+    writeConfigFile(mainConfigMutexName, path, "first", SafetyCopy::keepPrevious);
+    CapturedStderr err;
+    writeConfigFile(mainConfigMutexName, path, "second", SafetyCopy::keepPrevious);
+    writeConfigFile(mainConfigMutexName, path, "third", SafetyCopy::keepPrevious);
+    EXPECT_EQ(err.text(), "");
+    EXPECT_EQ(readBytes(folder_.path() / "vx_main_config.json"), "third");
+    EXPECT_EQ(readBytes(folder_.path() / "vx_main_config.json.tmp"), "second");
+}
+
+TEST_F(ConfigFile, UnopenableTargetWritesAndReportsNothing) {
+    CapturedStderr err;
+    EXPECT_FALSE(writeConfigFile(controlConfigMutexName, pathOf("missing/vx_control_config.json"), "x"));
+    std::filesystem::create_directory(folder_.path() / "a_folder");
+    EXPECT_FALSE(writeConfigFile(controlConfigMutexName, pathOf("a_folder"), "x"));
+    EXPECT_EQ(err.text(), "");
+    EXPECT_FALSE(std::filesystem::exists(folder_.path() / "missing"));
+    EXPECT_TRUE(std::filesystem::is_directory(folder_.path() / "a_folder"));
+    EXPECT_TRUE(freeForOtherThreads(controlConfigMutexName)) << "lock left held";
+}
+
+TEST_F(ConfigFile, LockThatCantBeHadStopsTheWrite) {
+    CapturedStderr err;
+    // The platform refuses lock names that would leave the locks folder.
+    EXPECT_FALSE(writeConfigFile("bad/name", pathOf("x.json"), "x"));
+    EXPECT_EQ(err.text(), "Failed to create/open mutex: bad/name\n");
+    EXPECT_FALSE(std::filesystem::exists(folder_.path() / "x.json"));
+}
+
+TEST_F(ConfigFile, ReadHandsOverTheDocumentUnderTheLock) {
+    writeBytes(folder_.path() / "vx_stream7.json", "{\r\n\t\"version\":1,\r\n\t\"id\":7\r\n}");
+    int id = 0;
+    bool lockedDuringTake = false;
+    CapturedStderr err;
+    const ReadOutcome outcome = readConfigFile(
+        {cameraConfigMutexName, pathOf("vx_stream7.json"), "loadCamera"}, [&](nlohmann::json& j) {
+            id = j.value("id", 0);
+            lockedDuringTake = !freeForOtherThreads(cameraConfigMutexName);
+        });
+    EXPECT_EQ(outcome, ReadOutcome::done);
+    EXPECT_EQ(id, 7);
+    EXPECT_TRUE(lockedDuringTake);
+    EXPECT_TRUE(freeForOtherThreads(cameraConfigMutexName));
+    EXPECT_EQ(err.text(), "");
+}
+
+TEST_F(ConfigFile, MissingFileWithoutDefaultsIsNotOpened) {
+    bool taken = false;
+    CapturedStderr err;
+    const ReadOutcome outcome = readConfigFile(
+        {cameraConfigMutexName, pathOf("vx_stream3.json"), "loadCamera"},
+        [&](nlohmann::json&) { taken = true; });
+    EXPECT_EQ(outcome, ReadOutcome::notOpened);
+    EXPECT_FALSE(taken);
+    EXPECT_EQ(err.text(), "");
+    EXPECT_FALSE(std::filesystem::exists(folder_.path() / "vx_stream3.json"));
+}
+
+TEST_F(ConfigFile, MissingFileGetsItsDefaultsAndIsReadAgain) {
+    const std::string path = pathOf("vx_recog_config_srv.json");
+    int defaultsWritten = 0;
+    int port = 0;
+    const ReadOutcome outcome = readConfigFile(
+        {recognitionConfigMutexName, path, "loadRecogGlobal", true,
+         [&] {
+             ++defaultsWritten;
+             // The writer takes the lock this thread already holds.
+             writeConfigFile(recognitionConfigMutexName, path, "{\n\t\"port\":8081\n}");
+         }},
+        [&](nlohmann::json& j) { port = j.value("port", 0); });
+    EXPECT_EQ(outcome, ReadOutcome::done);
+    EXPECT_EQ(defaultsWritten, 1);
+    EXPECT_EQ(port, 8081);
+    EXPECT_TRUE(freeForOtherThreads(recognitionConfigMutexName));
+}
+
+TEST_F(ConfigFile, DefaultsThatDontHelpLeaveTheFileUnopened) {
+    const ReadOutcome outcome = readConfigFile(
+        {controlConfigMutexName, pathOf("nowhere/vx_control_config.json"), "loadControlGlobal",
+         true, [] {}},
+        [](nlohmann::json&) { FAIL(); });
+    EXPECT_EQ(outcome, ReadOutcome::notOpened);
+    EXPECT_TRUE(freeForOtherThreads(controlConfigMutexName));
+}
+
+TEST_F(ConfigFile, ExistingFileGetsNoDefaults) {
+    writeBytes(folder_.path() / "vx_mess_config.json", "{}");
+    bool defaults = false;
+    readConfigFile({messengersConfigMutexName, pathOf("vx_mess_config.json"), "loadMessengers",
+                    true, [&] { defaults = true; }},
+                   [](nlohmann::json&) {});
+    EXPECT_FALSE(defaults);
+}
+
+TEST_F(ConfigFile, TruncatedFileGivesTheParseErrorWithTheBytePosition) {
+    const std::string text = "{\n\t\"version\":1,\n";   // 16 bytes, cut after a comma
+    writeBytes(folder_.path() / "vx_main_config.json", text);
+    CapturedStderr err;
+    const ReadOutcome outcome = readConfigFile(
+        {mainConfigMutexName, pathOf("vx_main_config.json"), "loadConfig"},
+        [](nlohmann::json&) { FAIL(); });
+    EXPECT_EQ(outcome, ReadOutcome::parseError);
+    // The parser counts the end of the input as one byte past the text.
+    EXPECT_EQ(err.text(), "[VX2S] loadConfig parse error at byte 17\n");
+    EXPECT_EQ(readBytes(folder_.path() / "vx_main_config.json"), text) << "not rewritten";
+    EXPECT_TRUE(freeForOtherThreads(mainConfigMutexName));
+}
+
+TEST_F(ConfigFile, BadLiteralGivesItsPosition) {
+    writeBytes(folder_.path() / "vx_control_config.json", "{\"a\":tru}");
+    CapturedStderr err;
+    readConfigFile({controlConfigMutexName, pathOf("vx_control_config.json"), "loadControlGlobal"},
+                   [](nlohmann::json&) {});
+    EXPECT_EQ(err.text(), "[VX2S] loadControlGlobal parse error at byte 9\n");
+}
+
+TEST_F(ConfigFile, UntaggedReaderHasNoPrefix) {
+    writeBytes(folder_.path() / "a.list.json", "");
+    CapturedStderr err;
+    readConfigFile({"", pathOf("a.list.json"), "loadExtendedWhiteList", false},
+                   [](nlohmann::json&) {});
+    EXPECT_EQ(err.text(), "loadExtendedWhiteList parse error at byte 1\n");
+}
+
+TEST_F(ConfigFile, WrongTypeGivesTheTypeErrorAndKeepsWhatWasTaken) {
+    writeBytes(folder_.path() / "vx_main_config.json",
+               "{\n\t\"port\":8080,\n\t\"name\":5,\n\t\"last\":\"x\"\n}");
+    int port = 0;
+    std::string name = "before", last = "before";
+    CapturedStderr err;
+    const ReadOutcome outcome = readConfigFile(
+        {mainConfigMutexName, pathOf("vx_main_config.json"), "loadConfig"},
+        [&](nlohmann::json& j) {
+            port = j.value("port", 0);
+            name = j.value("name", std::string());
+            last = j.value("last", std::string());
+        });
+    EXPECT_EQ(outcome, ReadOutcome::typeError);
+    EXPECT_EQ(err.text(), "[VX2S] loadConfig parse error type \n");
+    EXPECT_EQ(port, 8080);
+    EXPECT_EQ(name, "before");
+    EXPECT_EQ(last, "before");
+    EXPECT_TRUE(freeForOtherThreads(mainConfigMutexName));
+}
+
+TEST_F(ConfigFile, MissingSectionFailsAsAFile) {
+    writeBytes(folder_.path() / "vx_stream1.json", "{\"version\":1}");
+    CapturedStderr err;
+    const ReadOutcome outcome = readConfigFile(
+        {cameraConfigMutexName, pathOf("vx_stream1.json"), "loadCamera"},
+        [](nlohmann::json& j) { j["Recognition"].value("width", 640); });
+    EXPECT_EQ(outcome, ReadOutcome::typeError);
+    EXPECT_EQ(err.text(), "[VX2S] loadCamera parse error type \n");
+}
+
+TEST_F(ConfigFile, OtherFailuresWhileTakingAreReportedAsTypeErrors) {
+    writeBytes(folder_.path() / "receiversamples.json",
+               "{\"samples\":[],\"time\":\"2024-xx-07 09:05:01\"}");
+    const ConfigReadRequest request{"", pathOf("receiversamples.json"), "loadSignals"};
+    const std::string expected = "[VX2S] loadSignals parse error type \n";
+    {
+        CapturedStderr err;   // out_of_range
+        EXPECT_EQ(readConfigFile(request, [](nlohmann::json& j) { j.at("absent"); }),
+                  ReadOutcome::typeError);
+        EXPECT_EQ(err.text(), expected);
+    }
+    {
+        CapturedStderr err;   // invalid_iterator
+        EXPECT_EQ(readConfigFile(request,
+                                 [](nlohmann::json& j) {
+                                     // an iterator of another value
+                                     j["samples"].erase(j.begin());
+                                 }),
+                  ReadOutcome::typeError);
+        EXPECT_EQ(err.text(), expected);
+    }
+    {
+        CapturedStderr err;   // invalid_argument from a date field
+        DateTime value;
+        EXPECT_EQ(readConfigFile(request,
+                                 [&](nlohmann::json& j) {
+                                     parseDateTime(j.value("time", std::string()), value);
+                                 }),
+                  ReadOutcome::typeError);
+        EXPECT_EQ(err.text(), expected);
+    }
+}
+
+TEST_F(ConfigFile, LockThatCantBeHadStopsTheRead) {
+    writeBytes(folder_.path() / "x.json", "{}");
+    bool taken = false;
+    CapturedStderr err;
+    EXPECT_EQ(readConfigFile({"bad/name", pathOf("x.json"), "loadConfig"},
+                             [&](nlohmann::json&) { taken = true; }),
+              ReadOutcome::noLock);
+    EXPECT_FALSE(taken);
+    EXPECT_EQ(err.text(), "Failed to create/open mutex: bad/name\n");
+}
+
+} // namespace
+} // namespace vx::config
