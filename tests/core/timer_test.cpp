@@ -1,0 +1,153 @@
+#include <gtest/gtest.h>
+
+#include "config/text_codec.h"
+#include "core/status_panels.h"
+#include "core/timer_thread.h"
+
+using namespace vx;
+using namespace vx::core;
+
+namespace {
+
+// Drives the timer thread tick by tick: every wait of the thread delivers
+// the next tick, until `ticks` ticks were served; then the manager shuts down.
+struct TickDriver {
+    TickDriver(AppState& s, int n) : state(s), ticks(n) {}
+    AppState& state;
+    int ticks;
+    int delivered = 0;
+    std::function<void(int tick)> beforeTick;
+    void sleep(int)
+    {
+        if (delivered == ticks)
+            state.shuttingDown = true;
+        else if (beforeTick)
+            beforeTick(delivered);
+        ++delivered;
+        state.tickPending = true;
+    }
+};
+
+} // namespace
+
+TEST(TimerThread, ServesTicksAndLeavesOnShutdown)
+{
+    AppState state;
+    TickDriver driver{state, 6};
+    int updates = 0, draws = 0, polls = 0, quota = 0, watch = 0;
+    TimerHooks hooks;
+    hooks.sleep = [&](int ms) { driver.sleep(ms); };
+    hooks.updateCamera = [&] { ++updates; };
+    hooks.drawCamera = [&] { ++draws; };
+    hooks.pollServices = [&] { ++polls; };
+    hooks.quotaTask = [&] { ++quota; };
+    hooks.watch = [&] { ++watch; };
+    const TimerClocks clocks = runTimerThread(state, hooks);
+    EXPECT_EQ(clocks.tickNumber, 6);
+    EXPECT_EQ(updates, 6);
+    EXPECT_EQ(draws, 6);
+    EXPECT_EQ(polls, 3);   // ticks 0, 2, 4
+    EXPECT_EQ(quota, 0);
+    EXPECT_EQ(watch, 0);   // startStatus is false
+}
+
+TEST(TimerThread, QuotaEveryElevenTicksAndWatchOnlyWhenBothFlagsAreOn)
+{
+    AppState state;
+    state.restartControl = 10;
+    state.liveMainConfig.startStatus = true;
+    TickDriver driver{state, 23};
+    int quota = 0, watch = 0;
+    TimerHooks hooks;
+    hooks.sleep = [&](int ms) { driver.sleep(ms); };
+    hooks.quotaTask = [&] { ++quota; };
+    hooks.watch = [&] { ++watch; };
+    runTimerThread(state, hooks);
+    EXPECT_EQ(quota, 2);   // ticks 11 and 22
+    EXPECT_EQ(watch, 23);
+
+    AppState off;
+    off.restartControl = 10;   // startStatus false: nothing is started
+    TickDriver offDriver{off, 3};
+    watch = 0;
+    hooks.sleep = [&](int ms) { offDriver.sleep(ms); };
+    runTimerThread(off, hooks);
+    EXPECT_EQ(watch, 0);
+}
+
+TEST(TimerThread, MinimisedStopsDrawingAndPollsButNotTheWatchOrTheCount)
+{
+    AppState state;
+    state.minimised = true;
+    state.restartControl = 10;
+    state.liveMainConfig.startStatus = true;
+    TickDriver driver{state, 4};
+    int draws = 0, polls = 0, watch = 0;
+    TimerHooks hooks;
+    hooks.sleep = [&](int ms) { driver.sleep(ms); };
+    hooks.drawCamera = [&] { ++draws; };
+    hooks.pollServices = [&] { ++polls; };
+    hooks.watch = [&] { ++watch; };
+    const TimerClocks clocks = runTimerThread(state, hooks);
+    EXPECT_EQ(draws, 0);
+    EXPECT_EQ(polls, 0);
+    EXPECT_EQ(watch, 4);
+    EXPECT_EQ(clocks.tickNumber, 4);
+}
+
+TEST(TimerThread, FinishedTasksArePrunedFromTheSixthTickOn)
+{
+    AppState state;
+    std::promise<void> done;
+    done.set_value();
+    state.pendingTasks.add(done.get_future());
+    std::promise<void> running;
+    state.pendingTasks.add(running.get_future());
+    std::vector<int> sizes;
+    TickDriver driver{state, 7};
+    driver.beforeTick = [&](int) { sizes.push_back(state.pendingTasks.size()); };
+    TimerHooks hooks;
+    hooks.sleep = [&](int ms) { driver.sleep(ms); };
+    runTimerThread(state, hooks);
+    // Before tick n (n = 0..6) the size is looked at; the prune runs on the
+    // sixth tick (index 5) first.
+    ASSERT_EQ(sizes.size(), 7u);
+    EXPECT_EQ(sizes[5], 2);
+    EXPECT_EQ(sizes[6], 1);
+    running.set_value();
+}
+
+TEST(OnTimer, StatusTextStaysTwentyOneTicks)
+{
+    AppState state;
+    state.status.set("hello");
+    for (int i = 0; i < 20; ++i) {
+        EXPECT_TRUE(onTimer(state));
+        EXPECT_EQ(state.status.get(), "hello") << "tick " << i;
+    }
+    onTimer(state);
+    EXPECT_EQ(state.status.get(), "");
+    EXPECT_TRUE(state.tickPending);
+
+    // A new text restarts the count; while minimised nothing counts.
+    state.status.set("again");
+    state.minimised = true;
+    for (int i = 0; i < 30; ++i)
+        EXPECT_FALSE(onTimer(state));
+    EXPECT_EQ(state.status.get(), "again");
+}
+
+TEST(StatusPanels, TextsAsTheOperatorSeesThem)
+{
+    ServiceStatus s;
+    EXPECT_EQ(config::cp1251ToUtf8(serviceStatusText(s)),
+              "Анализ:Стоп\r\nКонтроль:Стоп\r\nУправление:Стоп\r\nМессендж:Стоп");
+    s.fpsRecognition = 25;
+    s.restartControl = 10;
+    s.statusControl = 0;
+    s.statusMes = 1;
+    EXPECT_EQ(config::cp1251ToUtf8(serviceStatusText(s)),
+              "Анализ:25 кадров/сек\r\nКонтроль:ОК\r\nУправление:ОК\r\nМессендж:ОК");
+    EXPECT_EQ(config::cp1251ToUtf8(streamStatusText({3, 1, 2})),
+              "Всего:3\r\nЗапущенных:1\r\nПланированно:2");
+}
