@@ -114,12 +114,5 @@ TEST(DateTimeParse, DecimalConversionTakesSignsAndBlanks) {
     EXPECT_EQ(value.hour, 65535);   // -1 cut to 16 bits
 }
 
-TEST(DateTimeParse, FourDigitYearFitsTheField) {
-    DateTime value;
-    EXPECT_TRUE(parseDateTime("9999-12-31 23:59:59", value));
-    EXPECT_EQ(value.year, 9999);
-    EXPECT_EQ(formatDateTime(value), "9999-12-31 23:59:59");
-}
-
 } // namespace
 } // namespace vx::config
