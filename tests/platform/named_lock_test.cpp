@@ -1,0 +1,215 @@
+#include "platform/named_lock.h"
+#include "platform/paths.h"
+#include "support/child_process.h"
+#include "support/temp_dir.h"
+
+#include <gtest/gtest.h>
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <future>
+#include <thread>
+
+using namespace vx::platform;
+using vx::test::ChildProcess;
+using vx::test::RuntimeSandbox;
+using vx::test::testProgramPath;
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr int kWaitMs = 10000;
+
+std::unique_ptr<ChildProcess> startHolder(const std::string& name, const std::string& mode)
+{
+    return ChildProcess::start(testProgramPath("lock_holder"), {name, mode});
+}
+
+// What a second process gets when it tries the lock right now.
+std::string probeFromOtherProcess(const std::string& name)
+{
+    auto probe = startHolder(name, "try");
+    if (!probe)
+        return "not started";
+    return probe->readLine(kWaitMs).value_or("no answer");
+}
+
+} // namespace
+
+TEST(NamedLock, LivesInTheRuntimeFolder)
+{
+    RuntimeSandbox sandbox;
+    auto lock = createNamedLock("vxConfigFileRWMC");
+    ASSERT_TRUE(lock);
+    EXPECT_EQ(lock->name(), "vxConfigFileRWMC");
+    ASSERT_TRUE(lock->lock());
+    EXPECT_TRUE(fileExists(sandbox.root() / "vexlane/locks/vxConfigFileRWMC.lock"));
+    lock->unlock();
+}
+
+TEST(NamedLock, RefusesNamesThatAreNotPlainFileNames)
+{
+    RuntimeSandbox sandbox;
+    EXPECT_FALSE(createNamedLock(""));
+    EXPECT_FALSE(createNamedLock("../escape"));
+    EXPECT_FALSE(createNamedLock(".."));
+}
+
+TEST(NamedLock, HeldByAnotherProcessUntilThatProcessIsKilled)
+{
+    RuntimeSandbox sandbox;
+    auto holder = startHolder("vxShared", "lock");
+    ASSERT_TRUE(holder);
+    ASSERT_EQ(holder->readLine(kWaitMs), "locked");
+
+    auto lock = createNamedLock("vxShared");
+    ASSERT_TRUE(lock);
+    EXPECT_FALSE(lock->tryLock());
+
+    holder->kill(SIGKILL);
+    ASSERT_EQ(holder->waitExit(kWaitMs), 128 + SIGKILL);
+    EXPECT_TRUE(lock->tryLock());
+    lock->unlock();
+}
+
+TEST(NamedLock, BlockingLockWaitsForTheOtherProcessToRelease)
+{
+    RuntimeSandbox sandbox;
+    auto holder = startHolder("vxShared", "lock");
+    ASSERT_TRUE(holder);
+    ASSERT_EQ(holder->readLine(kWaitMs), "locked");
+
+    auto lock = createNamedLock("vxShared");
+    ASSERT_TRUE(lock);
+    auto taken = std::async(std::launch::async, [&] {
+        const bool ok = lock->lock();
+        if (ok)
+            lock->unlock();
+        return ok;
+    });
+    EXPECT_EQ(taken.wait_for(200ms), std::future_status::timeout);
+    ASSERT_TRUE(holder->writeLine("unlock"));
+    ASSERT_EQ(taken.wait_for(std::chrono::milliseconds(kWaitMs)), std::future_status::ready);
+    EXPECT_TRUE(taken.get());
+}
+
+TEST(NamedLock, RecursiveWithinAThreadAndHeldUntilTheLastUnlock)
+{
+    RuntimeSandbox sandbox;
+    auto lock = createNamedLock("vxRecursive");
+    ASSERT_TRUE(lock);
+    ASSERT_TRUE(lock->lock());
+    ASSERT_TRUE(lock->lock());
+    // A second object of the same name in the same thread joins in as well,
+    // as a reader calling the writer does.
+    auto again = createNamedLock("vxRecursive");
+    ASSERT_TRUE(again->tryLock());
+    again->unlock();
+
+    lock->unlock();
+    EXPECT_EQ(probeFromOtherProcess("vxRecursive"), "busy");
+    lock->unlock();
+    EXPECT_EQ(probeFromOtherProcess("vxRecursive"), "locked");
+}
+
+TEST(NamedLock, ExcludesOtherThreadsOfTheProcess)
+{
+    RuntimeSandbox sandbox;
+    auto mine = createNamedLock("vxThreads");
+    auto theirs = createNamedLock("vxThreads");
+    ASSERT_TRUE(mine && theirs);
+    ASSERT_TRUE(mine->lock());
+
+    EXPECT_FALSE(std::async(std::launch::async, [&] { return theirs->tryLock(); }).get());
+    // The very object that holds it is no key for another thread either.
+    EXPECT_FALSE(std::async(std::launch::async, [&] { return mine->tryLock(); }).get());
+
+    auto waiting = std::async(std::launch::async, [&] {
+        const bool ok = theirs->lock();
+        theirs->unlock();
+        return ok;
+    });
+    EXPECT_EQ(waiting.wait_for(100ms), std::future_status::timeout);
+    mine->unlock();
+    ASSERT_EQ(waiting.wait_for(std::chrono::milliseconds(kWaitMs)), std::future_status::ready);
+    EXPECT_TRUE(waiting.get());
+}
+
+TEST(NamedLock, UnlockFromAThreadThatDoesNotHoldItChangesNothing)
+{
+    RuntimeSandbox sandbox;
+    auto lock = createNamedLock("vxStray");
+    ASSERT_TRUE(lock->lock());
+    std::async(std::launch::async, [&] { lock->unlock(); }).get();
+    EXPECT_EQ(probeFromOtherProcess("vxStray"), "busy");
+    lock->unlock();
+}
+
+TEST(NamedLock, CountsNoCrossThreadLossUnderContention)
+{
+    RuntimeSandbox sandbox;
+    int counter = 0;
+    auto work = [&] {
+        auto lock = createNamedLock("vxCounter");
+        for (int i = 0; i < 2000; ++i) {
+            NamedLockGuard guard(*lock);
+            const int seen = counter;
+            counter = seen + 1;
+        }
+    };
+    std::thread a(work), b(work);
+    a.join();
+    b.join();
+    EXPECT_EQ(counter, 4000);
+}
+
+TEST(NamedLock, StaleLockFileOfADeadProcessDoesNotBlock)
+{
+    RuntimeSandbox sandbox;
+    auto holder = startHolder("vxStale", "lock");
+    ASSERT_TRUE(holder);
+    ASSERT_EQ(holder->readLine(kWaitMs), "locked");
+    holder->kill(SIGKILL);
+    ASSERT_TRUE(holder->waitExit(kWaitMs));
+
+    const auto file = sandbox.root() / "vexlane/locks/vxStale.lock";
+    ASSERT_TRUE(fileExists(file));   // left behind
+    auto lock = createNamedLock("vxStale");
+    ASSERT_TRUE(lock);
+    EXPECT_TRUE(lock->tryLock());
+    lock->unlock();
+}
+
+TEST(NamedLock, DestroyingAHeldLockGivesItBack)
+{
+    RuntimeSandbox sandbox;
+    {
+        auto lock = createNamedLock("vxScoped");
+        ASSERT_TRUE(lock->lock());
+        ASSERT_TRUE(lock->lock());
+    }
+    EXPECT_EQ(probeFromOtherProcess("vxScoped"), "locked");
+}
+
+TEST(NamedLock, IsNotKeptByAChildThatOutlivesTheHolder)
+{
+    // The manager holds its lock for life and starts processes that outlive
+    // it; they must not keep its locks after it is gone.
+    RuntimeSandbox sandbox;
+    auto holder = startHolder("vxInherit", "lock");
+    ASSERT_TRUE(holder);
+    ASSERT_EQ(holder->readLine(kWaitMs), "locked");
+    ASSERT_TRUE(holder->writeLine("spawn"));
+    const auto spawned = holder->readLine(kWaitMs);
+    ASSERT_TRUE(spawned && spawned->rfind("spawned ", 0) == 0) << spawned.value_or("");
+    const pid_t child = static_cast<pid_t>(std::stol(spawned->substr(8)));
+
+    holder->kill(SIGKILL);
+    ASSERT_TRUE(holder->waitExit(kWaitMs));
+    EXPECT_EQ(::kill(child, 0), 0) << "the child should still run";
+    EXPECT_EQ(probeFromOtherProcess("vxInherit"), "locked");
+    ::kill(child, SIGKILL);
+}

@@ -1,0 +1,143 @@
+#include "platform/paths.h"
+#include "platform/process_info.h"
+#include "support/temp_dir.h"
+
+#include <gtest/gtest.h>
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <fstream>
+#include <sstream>
+
+using namespace vx::platform;
+using vx::test::RuntimeSandbox;
+using vx::test::TempDir;
+
+namespace {
+
+void writeFile(const std::filesystem::path& path, const std::string& text)
+{
+    std::ofstream(path, std::ios::binary) << text;
+}
+
+std::string readFile(const std::filesystem::path& path)
+{
+    std::ifstream in(path, std::ios::binary);
+    std::ostringstream text;
+    text << in.rdbuf();
+    return text.str();
+}
+
+mode_t modeOf(const std::filesystem::path& path)
+{
+    struct stat st {};
+    EXPECT_EQ(::stat(path.c_str(), &st), 0) << path;
+    return st.st_mode & 07777;
+}
+
+// Puts the working directory back after a test changed it.
+struct WorkingDirectoryKeeper {
+    std::filesystem::path saved = std::filesystem::current_path();
+    ~WorkingDirectoryKeeper() { std::filesystem::current_path(saved); }
+};
+
+} // namespace
+
+TEST(Paths, ExecutablePathIsThisTestProgram)
+{
+    const auto path = executablePath();
+    EXPECT_TRUE(path.is_absolute());
+    EXPECT_EQ(path.filename(), "platform_tests");
+    EXPECT_TRUE(fileExists(path));
+}
+
+TEST(Paths, FolderOfCutsAtTheLastSeparator)
+{
+    EXPECT_EQ(folderOf("/opt/vexlane/bin/vexlane").native(), "/opt/vexlane/bin");
+    EXPECT_EQ(folderOf("/opt/vexlane/bin/").native(), "/opt/vexlane/bin");
+    EXPECT_EQ(folderOf("/vexlane").native(), "");
+    EXPECT_EQ(folderOf("vexlane").native(), "");
+    EXPECT_EQ(folderOf("/дом/папка с пробелом/файл").native(), "/дом/папка с пробелом");
+}
+
+TEST(Paths, PlatformConstants)
+{
+    EXPECT_EQ(pathSeparator, '/');
+    EXPECT_STREQ(executableSuffix, "");
+    EXPECT_EQ(currentProcessId(), static_cast<long>(::getpid()));
+}
+
+TEST(Paths, RuntimeFolderIsCreatedPrivate)
+{
+    RuntimeSandbox sandbox;
+    const auto folder = runtimeDirectory();
+    ASSERT_EQ(folder, sandbox.root() / "vexlane");
+    EXPECT_EQ(modeOf(folder), 0700u);
+}
+
+TEST(Paths, RuntimeFolderWithALooseModeIsTightened)
+{
+    RuntimeSandbox sandbox;
+    const auto folder = sandbox.root() / "vexlane";
+    ASSERT_EQ(::mkdir(folder.c_str(), 0755), 0);
+    ASSERT_EQ(::chmod(folder.c_str(), 0755), 0);
+    EXPECT_EQ(runtimeDirectory(), folder);
+    EXPECT_EQ(modeOf(folder), 0700u);
+}
+
+TEST(Paths, RuntimeFolderFollowsTheEnvironmentAtEachCall)
+{
+    RuntimeSandbox first;
+    const auto a = runtimeDirectory();
+    {
+        RuntimeSandbox second;
+        EXPECT_EQ(runtimeDirectory(), second.root() / "vexlane");
+    }
+    EXPECT_EQ(runtimeDirectory(), a);
+}
+
+TEST(Paths, RuntimeFolderThatIsAFileIsRefused)
+{
+    RuntimeSandbox sandbox;
+    writeFile(sandbox.root() / "vexlane", "not a folder");
+    EXPECT_TRUE(runtimeDirectory().empty());
+}
+
+TEST(Paths, CopyOverwritesWithNamesInCyrillicAndBlanks)
+{
+    TempDir dir("vexlane test папка ");
+    const auto from = dir.path() / "настройки камеры.json";
+    const auto to = dir.path() / "настройки камеры.json.tmp";
+    writeFile(from, "{\n\t\"new\":1\n}");
+    writeFile(to, "an older and much longer content that must not survive the copy");
+
+    std::string error;
+    ASSERT_TRUE(copyFileOverwrite(from, to, error)) << error;
+    EXPECT_EQ(readFile(to), "{\n\t\"new\":1\n}");
+    EXPECT_TRUE(fileExists(to));
+}
+
+TEST(Paths, CopyOfAMissingFileReportsTheSystemsText)
+{
+    TempDir dir;
+    std::string error;
+    EXPECT_FALSE(copyFileOverwrite(dir.path() / "нет такого", dir.path() / "copy", error));
+    EXPECT_FALSE(error.empty());
+    EXPECT_FALSE(fileExists(dir.path() / "copy"));
+    EXPECT_FALSE(fileExists(dir.path() / "нет такого"));
+}
+
+TEST(Paths, SetCurrentDirectoryIntoACyrillicFolder)
+{
+    WorkingDirectoryKeeper keeper;
+    TempDir dir;
+    const auto folder = dir.path() / "Распознавание номеров" / "bin";
+    std::filesystem::create_directories(folder);
+    ASSERT_TRUE(setCurrentDirectory(folder));
+    EXPECT_EQ(std::filesystem::current_path(), folder);
+    writeFile("relative.txt", "here");
+    EXPECT_TRUE(fileExists(folder / "relative.txt"));
+    EXPECT_FALSE(setCurrentDirectory(dir.path() / "missing"));
+    EXPECT_EQ(std::filesystem::current_path(), folder);
+}
