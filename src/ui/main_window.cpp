@@ -163,12 +163,18 @@ void MainWindow::buildTray()
     autorun->setCheckable(true);
     autorun->setChecked(state_.liveMainConfig.autoRunManager);
     menuActions_[idTrayAutorun] = autorun;
+    connect(trayMenu_, &QMenu::aboutToShow, this,
+            [this, autorun] { autorun->setChecked(state_.liveMainConfig.autoRunManager); });
     QAction* exit = trayMenu_->addAction(literal("Выход"));
     menuActions_[idTrayExit] = exit;
     // The tray's exit posts the teardown rather than running it inside the
     // menu's own loop.
     connect(exit, &QAction::triggered, this, [this] { QTimer::singleShot(0, this, [this] { teardown(); }); });
 
+    // Without a tray (a bare X server, the offscreen platform) the window
+    // simply stays in the task bar.
+    if (!QSystemTrayIcon::isSystemTrayAvailable())
+        return;
     tray_ = new QSystemTrayIcon(QIcon(imagePath("vexlane.png")), this);
     tray_->setToolTip(literal(windowTitleText).left(127));
     tray_->setContextMenu(trayMenu_);
@@ -176,8 +182,6 @@ void MainWindow::buildTray()
         if (reason == QSystemTrayIcon::Trigger)
             restoreFromTray();
     });
-    connect(trayMenu_, &QMenu::aboutToShow, this,
-            [this, autorun] { autorun->setChecked(state_.liveMainConfig.autoRunManager); });
 }
 
 QWidget* MainWindow::buildMainDialog()

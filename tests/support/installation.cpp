@@ -1,0 +1,33 @@
+#include "support/installation.h"
+
+#include <chrono>
+#include <thread>
+
+namespace vx::test {
+
+Installation::Installation(const std::string& folderName) : folder_(root_.path() / folderName)
+{
+    namespace fs = std::filesystem;
+    fs::create_directories(folder_);
+    for (const auto& entry : fs::directory_iterator(VEXLANE_BIN_DIR))
+        fs::copy(entry.path(), folder_ / entry.path().filename(),
+                 fs::copy_options::recursive | fs::copy_options::overwrite_existing);
+}
+
+std::unique_ptr<ChildProcess> Installation::startManager() const
+{
+    return ChildProcess::start(folder_ / "vexlane", {});
+}
+
+bool waitFor(const std::function<bool()>& condition, int timeoutMs)
+{
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::milliseconds(timeoutMs);
+    while (!condition()) {
+        if (std::chrono::steady_clock::now() >= deadline)
+            return false;
+        std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    }
+    return true;
+}
+
+} // namespace vx::test

@@ -1,0 +1,35 @@
+#pragma once
+// A throw-away installation of the manager for integration tests: the built
+// executables and images/ copied into a fresh folder (copied, not linked,
+// because the manager takes its folder from its own executable's path).
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <string>
+
+#include "support/child_process.h"
+#include "support/temp_dir.h"
+
+namespace vx::test {
+
+class Installation {
+public:
+    // `folderName` is the installation folder's own name below the temporary
+    // folder; it may hold blanks and Cyrillic letters.
+    explicit Installation(const std::string& folderName = "vexlane");
+    const std::filesystem::path& folder() const { return folder_; }
+    std::filesystem::path configs() const { return folder_ / "configs"; }
+    std::filesystem::path logs() const { return folder_ / "logs"; }
+    // Starts the installation's manager headless (QT_QPA_PLATFORM=offscreen
+    // must be set by the caller's environment or the test runner).
+    std::unique_ptr<ChildProcess> startManager() const;
+
+private:
+    TempDir root_;
+    std::filesystem::path folder_;
+};
+
+// Waits up to timeoutMs, looking every 20 ms, for `condition` to hold.
+bool waitFor(const std::function<bool()>& condition, int timeoutMs);
+
+} // namespace vx::test
