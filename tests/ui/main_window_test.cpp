@@ -1,0 +1,129 @@
+// The main window as the operator meets it, on the offscreen platform.
+#include <gtest/gtest.h>
+
+#include <QAction>
+#include <QApplication>
+#include <QCloseEvent>
+#include <QMenuBar>
+#include <QPushButton>
+#include <QStatusBar>
+
+#include "support/temp_dir.h"
+#include "ui/main_window.h"
+#include "ui/qt_text.h"
+
+using namespace vx;
+using namespace vx::ui;
+
+namespace {
+
+QApplication& application()
+{
+    static int argc = 1;
+    static char name[] = "ui_tests";
+    static char* argv[] = {name, nullptr};
+    static QApplication app(argc, argv);
+    return app;
+}
+
+// The window's timer thread is detached and keeps a reference to its state,
+// so each test's state lives on after the test.
+core::AppState& freshState(const std::filesystem::path& base)
+{
+    auto* state = new core::AppState;
+    state->baseDirectory = base;
+    state->ConfigDirectory = base.string() + "/configs";
+    return *state;
+}
+
+QString text(QWidget* w)
+{
+    auto* button = qobject_cast<QPushButton*>(w);
+    return button ? button->text() : QString();
+}
+
+class MainWindowTest : public ::testing::Test {
+protected:
+    void SetUp() override
+    {
+        application();
+        std::filesystem::create_directories(base_.path() / "configs");
+    }
+    test::RuntimeSandbox sandbox_;
+    test::TempDir base_;
+};
+
+} // namespace
+
+TEST_F(MainWindowTest, ShowsTheTitleButtonsAndMenus)
+{
+    core::AppState& state = freshState(base_.path());
+    MainWindow window(state);
+    window.setTeardownPause(0);
+    ASSERT_TRUE(window.create());
+    EXPECT_EQ(window.windowTitle(), literal("Vexlane Распознавание автомобильных номеров"));
+    const std::vector<std::pair<int, const char*>> buttons{
+        {idStartAll, "Запустить все"}, {idStopAll, "Остановить все"}, {idRecognition, "Анализ"},
+        {idWatch, "Контроль"},         {idControl, "Управление"},     {idLists, "Списки"},
+        {idMessengers, "Мессенджеры"}, {idJournal, "Журнал"}};
+    for (const auto& [id, caption] : buttons) {
+        ASSERT_NE(window.control(id), nullptr) << id;
+        EXPECT_EQ(text(window.control(id)), literal(caption)) << id;
+        EXPECT_FALSE(qobject_cast<QPushButton*>(window.control(id))->icon().isNull()) << id;
+    }
+    EXPECT_NE(window.control(idTileArea), nullptr);
+    EXPECT_FALSE(window.control(idServicePanel)->isEnabled());
+    EXPECT_EQ(text(window.control(idServicePanel)),
+              literal("Анализ:Стоп\nКонтроль:Стоп\nУправление:Стоп\nМессендж:Стоп"));
+    EXPECT_EQ(text(window.control(idStreamPanel)), literal("Всего:0\nЗапущенных:0\nПланированно:0"));
+
+    const std::vector<std::pair<int, const char*>> menu{
+        {idMenuOpenSystemLog, "Открыть папку системного журнала"},
+        {idMenuOpenRecogLog, "Открыть папку журнала распознавания"},
+        {idMenuSettings, "Настройки"}, {idMenuExit, "Выход"}, {idMenuHelpFile, "Помощь"},
+        {idMenuAbout, "О программе"}, {idMenuFile, "Файл"}, {idMenuHelp, "Справка"},
+        {idTrayAutorun, "Автозагрузка"}, {idTrayExit, "Выход"}};
+    for (const auto& [id, label] : menu) {
+        ASSERT_NE(window.menuAction(id), nullptr) << id;
+        EXPECT_EQ(window.menuAction(id)->text(), literal(label)) << id;
+    }
+    EXPECT_TRUE(state.createFinished);
+}
+
+TEST_F(MainWindowTest, CloseBoxMinimisesAndOnlyTheMenuEnds)
+{
+    core::AppState& state = freshState(base_.path());
+    MainWindow window(state);
+    window.setTeardownPause(0);
+    ASSERT_TRUE(window.create());
+    window.show();
+    QCloseEvent close;
+    QApplication::sendEvent(&window, &close);
+    EXPECT_FALSE(close.isAccepted());
+    EXPECT_TRUE(window.isMinimized());
+    EXPECT_TRUE(state.minimised);
+    EXPECT_FALSE(state.shuttingDown);
+
+    window.showNormal();
+    EXPECT_FALSE(state.minimised);
+    window.menuAction(idMenuExit)->trigger();
+    EXPECT_TRUE(state.shuttingDown);
+}
+
+TEST_F(MainWindowTest, StartAndStopButtonsRunTheGlobalCommands)
+{
+    core::AppState& state = freshState(base_.path());
+    MainWindow window(state);
+    window.setTeardownPause(0);
+    ASSERT_TRUE(window.create());
+    int saves = 0;
+    window.actions().saveMainConfig = [&] { ++saves; };
+    qobject_cast<QPushButton*>(window.control(idStartAll))->click();
+    EXPECT_TRUE(state.liveMainConfig.startStatus);
+    EXPECT_EQ(window.statusBar()->currentMessage(), literal("Запущено всё!"));
+    qobject_cast<QPushButton*>(window.control(idStopAll))->click();
+    EXPECT_FALSE(state.liveMainConfig.startStatus);
+    EXPECT_EQ(window.statusBar()->currentMessage(), literal("Остановлено всё!"));
+    EXPECT_EQ(saves, 2);
+    state.pendingTasks.waitAll();
+}
