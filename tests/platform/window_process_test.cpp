@@ -123,7 +123,6 @@ TEST(WindowAcrossProcesses, DeadOwnerIsSkippedAndItsFilesRemoved)
     RuntimeSandbox sandbox;
     auto owner = startOwner("VxVideoStream", "cam", "serve");
     ASSERT_NE(owner.handle, 0u);
-    const long pid = owner.process->pid();
     owner.process->kill(SIGKILL);
     ASSERT_TRUE(owner.process->waitExit(kWaitMs));
 
@@ -137,7 +136,6 @@ TEST(WindowAcrossProcesses, DeadOwnerIsSkippedAndItsFilesRemoved)
     EXPECT_EQ(findWindow("VxVideoStream", "cam"), 0u);
     EXPECT_FALSE(fileExists(windowRecord(owner.handle)));
     EXPECT_FALSE(fileExists(windowSocket(owner.handle)));
-    (void)pid;
 }
 
 TEST(WindowAcrossProcesses, OwnerKilledButNotYetReapedCountsAsGone)
