@@ -1,5 +1,4 @@
 #include "platform/paths.h"
-#include "platform/process_info.h"
 #include "support/temp_dir.h"
 
 #include <gtest/gtest.h>
@@ -61,13 +60,6 @@ TEST(Paths, FolderOfCutsAtTheLastSeparator)
     EXPECT_EQ(folderOf("/дом/папка с пробелом/файл").native(), "/дом/папка с пробелом");
 }
 
-TEST(Paths, PlatformConstants)
-{
-    EXPECT_EQ(pathSeparator, '/');
-    EXPECT_STREQ(executableSuffix, "");
-    EXPECT_EQ(currentProcessId(), static_cast<long>(::getpid()));
-}
-
 TEST(Paths, RuntimeFolderIsCreatedPrivate)
 {
     RuntimeSandbox sandbox;
@@ -84,17 +76,6 @@ TEST(Paths, RuntimeFolderWithALooseModeIsTightened)
     ASSERT_EQ(::chmod(folder.c_str(), 0755), 0);
     EXPECT_EQ(runtimeDirectory(), folder);
     EXPECT_EQ(modeOf(folder), 0700u);
-}
-
-TEST(Paths, RuntimeFolderFollowsTheEnvironmentAtEachCall)
-{
-    RuntimeSandbox first;
-    const auto a = runtimeDirectory();
-    {
-        RuntimeSandbox second;
-        EXPECT_EQ(runtimeDirectory(), second.root() / "vexlane");
-    }
-    EXPECT_EQ(runtimeDirectory(), a);
 }
 
 TEST(Paths, RuntimeFolderThatIsAFileIsRefused)
