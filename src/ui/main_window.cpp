@@ -188,37 +188,41 @@ QWidget* MainWindow::buildMainDialog()
 {
     auto* dialog = new QWidget(this);
     auto* grid = new QGridLayout(dialog);
-    auto* buttons = new QHBoxLayout;
+    // The eight buttons in two rows, the two status panels beside them, the
+    // tile area below, all with the dialog's margin on the left.
+    auto* top = new QHBoxLayout;
+    auto* buttons = new QGridLayout;
+    int position = 0;
     for (const DialogButton& b : dialogButtons) {
         auto* button = new QPushButton(QIcon(imagePath(b.picture)), literal(b.caption), dialog);
-        button->setIconSize(QSize(32, 32));
+        button->setIconSize(QSize(28, 28));
+        button->setStyleSheet("text-align: left; padding: 2px 6px;");
         controls_[b.id] = button;
         const int id = b.id;
         connect(button, &QPushButton::clicked, this, [this, id] { onDialogCommand(id); });
-        buttons->addWidget(button);
+        buttons->addWidget(button, position / 4, position % 4);
+        ++position;
     }
-    buttons->addStretch(1);
-    grid->addLayout(buttons, 0, 0);
-
+    top->addLayout(buttons);
     auto makePanel = [&](int id) {
         auto* panel = new QPushButton(dialog);
         panel->setEnabled(false);
-        panel->setMinimumSize(170, 80);
-        panel->setStyleSheet("text-align: left; padding: 4px;");
+        panel->setMinimumSize(160, 76);
+        panel->setStyleSheet("QPushButton { text-align: left; padding: 4px; } QPushButton:disabled { color: #202020; }");
         controls_[id] = panel;
         return panel;
     };
-    auto* panels = new QHBoxLayout;
-    panels->addWidget(makePanel(idServicePanel));
-    panels->addWidget(makePanel(idStreamPanel));
-    grid->addLayout(panels, 0, 1);
+    top->addWidget(makePanel(idServicePanel));
+    top->addWidget(makePanel(idStreamPanel));
+    top->addStretch(1);
+    grid->addLayout(top, 0, 0);
 
     tileArea_ = new QLabel(dialog);
     tileArea_->setMinimumSize(640, 480);
     tileArea_->setAlignment(Qt::AlignLeft | Qt::AlignTop);
     tileArea_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Ignored);
     controls_[idTileArea] = tileArea_;
-    grid->addWidget(tileArea_, 1, 0, 1, 2);
+    grid->addWidget(tileArea_, 1, 0);
     grid->setRowStretch(1, 1);
     updateStatusPanels();
     return dialog;
