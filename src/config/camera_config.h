@@ -118,4 +118,27 @@ struct CameraConfig {
     CameraControl control;
 };
 
+// "vx_stream<id>.json", and the same below `configDirectory`.
+std::string cameraFileName(std::int32_t id);
+std::string cameraFilePath(const std::string& configDirectory, std::int32_t id);
+
+// The file's text exactly as saveCamera writes it. The ports written are the
+// services' current ones (`recognitionPort` as portServer, `controlPort` as
+// ControlPortServer), not the camera's own fields, so every save hands the
+// stream process the ports in force.
+std::string cameraConfigText(const CameraConfig& config, std::int32_t recognitionPort, std::int32_t controlPort);
+
+// Writes `config` to the full path `path` under the cameras' lock.
+void saveCamera(const std::string& path, const CameraConfig& config, std::int32_t recognitionPort,
+                std::int32_t controlPort);
+
+// Reads the file at `path` into `config`. The common part starts from a
+// fresh record's values; the other sections take the reader's defaults,
+// which differ from a fresh record's in places. A videoChunk of 0 takes
+// `mainVideoChunk` (the main config's). Signal slots beyond the file's
+// array keep what they held; an absent Buttons section clears the buttons.
+// False when the file won't open or can't be read (nothing is written then);
+// the fields read before an error keep their new values.
+bool loadCamera(const std::string& path, CameraConfig& config, std::int32_t mainVideoChunk);
+
 } // namespace vx::config
