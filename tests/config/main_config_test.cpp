@@ -1,0 +1,347 @@
+#include "config/main_config.h"
+
+#include <gtest/gtest.h>
+
+#include "config/config_file.h"
+#include "support/captured_stderr.h"
+#include "support/temp_dir.h"
+
+namespace vx::config {
+namespace {
+
+using test::readFileBytes;
+using test::writeFileBytes;
+
+// The lines every default file shares, before the stream lists. `logs`,
+// `reports` and `videos` are the four path values as they stand in the file.
+std::string headText(const std::string& logs, const std::string& reports, const std::string& videos)
+{
+    return "{\n"
+           "\t\"name\":\"MainConfig\",\n"
+           "\t\"version\":1,\n"
+           "\t\"systemLogPath\":\"" + logs + "\",\n"
+           "\t\"systemLevel\":3,\n"
+           "\t\"recogLogPath\":\"" + logs + "\",\n"
+           "\t\"recogFormat\":\"{datetime} number: {plate}, direction: {direction}\",\n"
+           "\t\"dataTimeFormat\":\"Y-m-d H:M:S\",\n"
+           "\t\"reportsPath\":\"" + reports + "\",\n"
+           "\t\"videoPath\":\"" + videos + "\",\n"
+           "\t\"saveImage\":false,\n"
+           "\t\"sizeImage\":0,\n"
+           "\t\"timeLife\":0,\n"
+           "\t\"videoChunk\":300,\n"
+           "\t\"maxSizeVideoDirectoryMb\":100,\n"
+           "\t\"divideLogRecog\":0,\n"
+           "\t\"autoRunManager\":false,\n"
+           "\t\"startStatus\":false,\n"
+           "\t\"globalRestart\":false,\n"
+           "\t\"xWindow\":-1,\n"
+           "\t\"yWindow\":-1,\n"
+           "\t\"wWindow\":-1,\n"
+           "\t\"hWindow\":-1,\n"
+           "\t\"display\":0,\n"
+           "\t\"perfLog\":0,\n";
+}
+
+class MainConfigFile : public ::testing::Test {
+protected:
+    std::string dir() const { return folder_.path().string(); }
+    std::filesystem::path file() const { return folder_.path() / "vx_main_config.json"; }
+
+    // Loads `text` into `config` as it stands; returns what loadConfig says
+    // and keeps standard error in `errors_`.
+    bool loadText(const std::string& text, MainConfig& config)
+    {
+        writeFileBytes(file(), text);
+        test::CapturedStderr err;
+        MainConfigFolders folders;
+        const bool ok = loadConfig("/opt/vexlane", dir(), config, folders);
+        errors_ = err.text();
+        return ok;
+    }
+
+    test::RuntimeSandbox runtime_;
+    test::TempDir folder_;
+    std::string errors_;
+};
+
+TEST_F(MainConfigFile, FirstStartWritesTheDefaultFileWithTheDerivedFolders)
+{
+    MainConfig config;
+    MainConfigFolders folders;
+    test::CapturedStderr err;
+    ASSERT_TRUE(loadConfig("/opt/vexlane", dir(), config, folders));
+    EXPECT_EQ(readFileBytes(file()),
+              headText("/opt/vexlane/logs", "/opt/vexlane/reports", "/opt/vexlane/videos") +
+                  "\t\"videoStreams\":[\n\t],\n"
+                  "\t\"autoRunStreams\":[\n\t]\n"
+                  "}");
+    // Nothing to keep yet: the copy fails harmlessly.
+    EXPECT_EQ(err.text().rfind("Failed to copy main config file: ", 0), 0u) << err.text();
+    EXPECT_FALSE(std::filesystem::exists(folder_.path() / "vx_main_config.json.tmp"));
+    EXPECT_EQ(folders.systemLogPath, "/opt/vexlane/logs");
+    EXPECT_EQ(folders.recogLogPath, "/opt/vexlane/logs");
+    EXPECT_EQ(folders.reportsPath, "/opt/vexlane/reports");
+    EXPECT_EQ(folders.videoPath, "/opt/vexlane/videos");
+    EXPECT_EQ(config.systemLogPath, "/opt/vexlane/logs");
+    EXPECT_EQ(config.videoPath, "/opt/vexlane/videos");
+    EXPECT_TRUE(config.videoStreams.empty());
+}
+
+TEST_F(MainConfigFile, StreamListsWithOneAndThreeStreams)
+{
+    test::CapturedStderr err;
+    MainConfig config;
+    ASSERT_TRUE(saveConfig(dir(), config, {4}, {false}));
+    EXPECT_EQ(readFileBytes(file()), headText("", "", "") +
+                                         "\t\"videoStreams\":[\n"
+                                         "\t\t\"vx_stream4.json\"\n"
+                                         "\t],\n"
+                                         "\t\"autoRunStreams\":[\n"
+                                         "\t\tfalse\n"
+                                         "\t]\n"
+                                         "}");
+    ASSERT_TRUE(saveConfig(dir(), config, {0, 1, 12}, {true, false, true}));
+    EXPECT_EQ(readFileBytes(file()), headText("", "", "") +
+                                         "\t\"videoStreams\":[\n"
+                                         "\t\t\"vx_stream0.json\",\n"
+                                         "\t\t\"vx_stream1.json\",\n"
+                                         "\t\t\"vx_stream12.json\"\n"
+                                         "\t],\n"
+                                         "\t\"autoRunStreams\":[\n"
+                                         "\t\ttrue,\n"
+                                         "\t\tfalse,\n"
+                                         "\t\ttrue\n"
+                                         "\t]\n"
+                                         "}");
+    // The record's lists are what the file holds.
+    EXPECT_EQ(config.videoStreams, (std::vector<std::string>{"vx_stream0.json", "vx_stream1.json", "vx_stream12.json"}));
+    EXPECT_EQ(config.autoRunStreams, (std::vector<bool>{true, false, true}));
+    // Nothing ties the two lengths together.
+    ASSERT_TRUE(saveConfig(dir(), config, {7, 8}, {}));
+    EXPECT_NE(readFileBytes(file()).find("\t\t\"vx_stream8.json\"\n\t],\n\t\"autoRunStreams\":[\n\t]\n}"),
+              std::string::npos);
+}
+
+TEST_F(MainConfigFile, EveryFieldIsWrittenWhereItBelongs)
+{
+    MainConfig c;
+    c.systemLogPath = "C:\\vx\\\xCB\xEE\xE3";   // "C:\vx\Лог" in 1251
+    c.systemLevel = 1;
+    c.recogFormat = "\xCD\xEE\xEC\xE5\xF0 {plate}";   // "Номер {plate}"
+    c.saveImage = true;
+    c.sizeImage = 2;
+    c.timeLife = 30;
+    c.videoChunk = 60;
+    c.maxSizeVideoDirectoryMb = 4000000000u;
+    c.divideLogRecog = 1;
+    c.autoRunManager = true;
+    c.startStatus = true;
+    c.globalRestart = true;
+    c.xWindow = 10;
+    c.yWindow = -20;
+    c.wWindow = 800;
+    c.hWindow = 600;
+    c.display = 1;
+    c.perfLog = 1;
+    test::CapturedStderr err;
+    ASSERT_TRUE(saveConfig(dir(), c, {}, {}));
+    const std::string text = readFileBytes(file());
+    for (const char* line : {"\t\"systemLogPath\":\"C:\\\\vx\\\\Лог\",\n", "\t\"systemLevel\":1,\n",
+                             "\t\"recogFormat\":\"Номер {plate}\",\n", "\t\"saveImage\":true,\n",
+                             "\t\"sizeImage\":2,\n\t\"timeLife\":30,\n\t\"videoChunk\":60,\n"
+                             "\t\"maxSizeVideoDirectoryMb\":4000000000,\n\t\"divideLogRecog\":1,\n"
+                             "\t\"autoRunManager\":true,\n\t\"startStatus\":true,\n\t\"globalRestart\":true,\n"
+                             "\t\"xWindow\":10,\n\t\"yWindow\":-20,\n\t\"wWindow\":800,\n\t\"hWindow\":600,\n"
+                             "\t\"display\":1,\n\t\"perfLog\":1,\n"})
+        EXPECT_NE(text.find(line), std::string::npos) << line;
+
+    // And read back as it was.
+    MainConfig back;
+    MainConfigFolders folders;
+    ASSERT_TRUE(loadConfig("/opt/vexlane", dir(), back, folders));
+    EXPECT_EQ(back.systemLogPath, c.systemLogPath);
+    EXPECT_EQ(back.recogFormat, c.recogFormat);
+    EXPECT_EQ(back.maxSizeVideoDirectoryMb, 4000000000u);
+    EXPECT_EQ(back.yWindow, -20);
+    EXPECT_EQ(back.perfLog, 1);
+    EXPECT_TRUE(back.globalRestart);
+}
+
+TEST_F(MainConfigFile, SavingTwiceKeepsTheFirstSaveInTheTmp)
+{
+    test::CapturedStderr err;
+    MainConfig config;
+    config.videoChunk = 111;
+    ASSERT_TRUE(saveConfig(dir(), config, {}, {}));
+    const std::string first = readFileBytes(file());
+    config.videoChunk = 222;
+    ASSERT_TRUE(saveConfig(dir(), config, {}, {}));
+    EXPECT_EQ(readFileBytes(folder_.path() / "vx_main_config.json.tmp"), first);
+    config.videoChunk = 333;
+    ASSERT_TRUE(saveConfig(dir(), config, {}, {}));
+    EXPECT_NE(readFileBytes(folder_.path() / "vx_main_config.json.tmp").find("\"videoChunk\":222,"),
+              std::string::npos);
+}
+
+TEST_F(MainConfigFile, AFolderThatCantBeWrittenLeavesTheRecordAlone)
+{
+    MainConfig config;
+    config.videoStreams = {"old.json"};
+    test::CapturedStderr err;
+    EXPECT_FALSE(saveConfig(dir() + "/missing", config, {1}, {true}));
+    EXPECT_EQ(config.videoStreams, std::vector<std::string>{"old.json"});
+    MainConfigFolders folders;
+    EXPECT_FALSE(loadConfig("/opt/vexlane", dir() + "/missing", config, folders));
+}
+
+// What the reader makes of old, partial and odd files.
+struct ReadCase {
+    const char* name;
+    std::string text;
+    bool ok;
+};
+
+const std::string lists = "\"videoStreams\":[],\"autoRunStreams\":[]";
+
+TEST_F(MainConfigFile, ClampsOnReading)
+{
+    struct Clamp {
+        std::string key;
+        int written;
+        int read;
+        std::int32_t MainConfig::*field;
+    };
+    const Clamp clamps[] = {
+        {"systemLevel", 6, 0, &MainConfig::systemLevel},   {"systemLevel", -1, 0, &MainConfig::systemLevel},
+        {"systemLevel", 5, 5, &MainConfig::systemLevel},   {"systemLevel", 0, 0, &MainConfig::systemLevel},
+        {"sizeImage", 5, 0, &MainConfig::sizeImage},       {"sizeImage", 4, 4, &MainConfig::sizeImage},
+        {"sizeImage", -1, 0, &MainConfig::sizeImage},      {"divideLogRecog", 2, 0, &MainConfig::divideLogRecog},
+        {"divideLogRecog", 1, 1, &MainConfig::divideLogRecog}, {"timeLife", -3, 0, &MainConfig::timeLife},
+        {"timeLife", 400, 400, &MainConfig::timeLife},     {"videoChunk", -5, -5, &MainConfig::videoChunk},
+    };
+    for (const Clamp& c : clamps) {
+        MainConfig config;
+        ASSERT_TRUE(loadText("{\"" + c.key + "\":" + std::to_string(c.written) + "," + lists + "}", config));
+        EXPECT_EQ(config.*c.field, c.read) << c.key << " " << c.written;
+    }
+}
+
+TEST_F(MainConfigFile, AbsentKeysTakeTheReadersDefaults)
+{
+    // A record that already holds other values: text, level and flags keep
+    // them, the window placement falls back on -1 and 0 instead.
+    MainConfig config;
+    config.systemLogPath = "/keep/logs";
+    config.reportsPath = "";
+    config.videoPath = "/was/videos";
+    config.systemLevel = 4;
+    config.globalRestart = true;
+    config.maxSizeVideoDirectoryMb = 7;
+    config.xWindow = 5;
+    config.yWindow = 6;
+    config.wWindow = 7;
+    config.hWindow = 8;
+    config.display = 2;
+    config.perfLog = 1;
+    ASSERT_TRUE(loadText("{" + lists + "}", config));
+    EXPECT_EQ(config.systemLogPath, "/keep/logs");
+    EXPECT_EQ(config.reportsPath, "");
+    EXPECT_EQ(config.videoPath, "/was/videos");
+    EXPECT_EQ(config.systemLevel, 4);
+    EXPECT_TRUE(config.globalRestart);
+    EXPECT_EQ(config.maxSizeVideoDirectoryMb, 7u);
+    EXPECT_EQ(config.xWindow, -1);
+    EXPECT_EQ(config.yWindow, -1);
+    EXPECT_EQ(config.wWindow, -1);
+    EXPECT_EQ(config.hWindow, -1);
+    EXPECT_EQ(config.display, 0);
+    EXPECT_EQ(config.perfLog, 0);
+    EXPECT_EQ(errors_, "");
+}
+
+TEST_F(MainConfigFile, AnEmptyVideoPathBecomesTheDerivedFolder)
+{
+    for (const std::string& text : {"{" + lists + "}", "{\"videoPath\":\"\"," + lists + "}"}) {
+        MainConfig config;
+        ASSERT_TRUE(loadText(text, config));
+        EXPECT_EQ(config.videoPath, "/opt/vexlane/videos") << text;
+        EXPECT_EQ(config.reportsPath, "") << text;
+    }
+}
+
+TEST_F(MainConfigFile, TheStreamListsAreTakenAsTheyStand)
+{
+    MainConfig config;
+    config.videoStreams = {"x"};
+    ASSERT_TRUE(loadText("{\"videoStreams\":[\"vx_stream3.json\",\"камера.json\"],"
+                         "\"autoRunStreams\":[true,false,true]}",
+                         config));
+    // No conversion from UTF-8 for the file names.
+    EXPECT_EQ(config.videoStreams, (std::vector<std::string>{"vx_stream3.json", "камера.json"}));
+    EXPECT_EQ(config.autoRunStreams, (std::vector<bool>{true, false, true}));
+}
+
+TEST_F(MainConfigFile, TypeErrorsEndTheReadWhereTheyStand)
+{
+    const std::string typeError = "[VX2S] loadConfig parse error type \n";
+    {
+        // No videoStreams at all: all before it is taken, nothing after.
+        MainConfig config;
+        config.xWindow = 50;
+        EXPECT_FALSE(loadText("{\"systemLevel\":2,\"timeLife\":9,\"xWindow\":3,\"autoRunStreams\":[]}", config));
+        EXPECT_EQ(errors_, typeError);
+        EXPECT_EQ(config.systemLevel, 2);
+        EXPECT_EQ(config.timeLife, 9);
+        EXPECT_EQ(config.videoPath, "/opt/vexlane/videos");
+        EXPECT_EQ(config.xWindow, 50);
+    }
+    const ReadCase cases[] = {
+        {"videoStreams not an array", "{\"videoStreams\":\"vx_stream1.json\",\"autoRunStreams\":[]}", false},
+        {"autoRunStreams missing", "{\"videoStreams\":[]}", false},
+        {"autoRunStreams of numbers", "{\"videoStreams\":[],\"autoRunStreams\":[1]}", false},
+        {"a number where a flag belongs", "{\"saveImage\":1," + lists + "}", false},
+        {"a text where a number belongs", "{\"systemLevel\":\"3\"," + lists + "}", false},
+        {"a number where a path belongs", "{\"systemLogPath\":5," + lists + "}", false},
+        {"a window place as text", "{" + lists + ",\"xWindow\":\"1\"}", false},
+        {"not an object", "[1,2]", false},
+        {"unknown keys only add nothing", "{\"name\":\"Other\",\"version\":9,\"extra\":{}," + lists + "}", true},
+    };
+    for (const ReadCase& c : cases) {
+        MainConfig config;
+        EXPECT_EQ(loadText(c.text, config), c.ok) << c.name;
+        EXPECT_EQ(errors_, c.ok ? "" : typeError) << c.name;
+    }
+}
+
+TEST_F(MainConfigFile, ABrokenFileIsReportedAndNotRewritten)
+{
+    const std::string whole = "{\"systemLevel\":2," + lists + "}";
+    const std::string truncated = whole.substr(0, 20);
+    const ReadCase cases[] = {
+        {"truncated", truncated, false},
+        {"empty", "", false},
+        {"not JSON", "systemLevel=2", false},
+    };
+    for (const ReadCase& c : cases) {
+        MainConfig config;
+        EXPECT_FALSE(loadText(c.text, config)) << c.name;
+        EXPECT_EQ(errors_.rfind("[VX2S] loadConfig parse error at byte ", 0), 0u) << c.name << ": " << errors_;
+        EXPECT_EQ(readFileBytes(file()), c.text) << c.name;
+        EXPECT_FALSE(std::filesystem::exists(folder_.path() / "vx_main_config.json.tmp")) << c.name;
+    }
+    MainConfig config;
+    loadText(truncated, config);
+    // The position stands at the end of the text.
+    EXPECT_EQ(errors_, "[VX2S] loadConfig parse error at byte " + std::to_string(truncated.size() + 1) + "\n");
+}
+
+TEST_F(MainConfigFile, CarriageReturnsAreBlankSpaceToTheReader)
+{
+    MainConfig config;
+    ASSERT_TRUE(loadText("{\r\n\t\"systemLevel\":1,\r\n\t" + lists + "\r\n}", config));
+    EXPECT_EQ(config.systemLevel, 1);
+}
+
+} // namespace
+} // namespace vx::config
