@@ -1,0 +1,90 @@
+#include "config/white_list_entries.h"
+
+#include <algorithm>
+
+namespace vx::config {
+namespace {
+
+WhiteList* listAt(WhiteListTable& table, std::int32_t index) {
+    if (index < 0 || static_cast<std::size_t>(index) >= table.lists.size()) return nullptr;
+    return &table.lists[index];
+}
+
+WhiteList* extendedListAt(WhiteListTable& table, std::int32_t index) {
+    WhiteList* list = listAt(table, index);
+    return list && list->extended ? list : nullptr;
+}
+
+} // namespace
+
+const WhiteListEntry* findListRow(const WhiteList& list, std::int32_t id) {
+    for (const WhiteListEntry& row : list.entries)
+        if (row.ID == id) return &row;
+    return nullptr;
+}
+
+std::int32_t addListRow(WhiteListTable& table, std::int32_t listIndex, WhiteListEntry row) {
+    WhiteList* list = listAt(table, listIndex);
+    if (!list || list->extended) return listRowNoList;
+    for (const WhiteListEntry& existing : list->entries)
+        if (existing.num == row.num) return listRowNumberExists;
+    // An ID of 2147483647 read from a file wraps to the lowest one rather
+    // than overflow.
+    row.ID = list->entries.empty()
+                 ? 0
+                 : static_cast<std::int32_t>(static_cast<std::uint32_t>(list->entries.back().ID) + 1u);
+    list->entries.push_back(std::move(row));
+    list->dirty = true;
+    return listRowAdded;
+}
+
+bool replaceListRow(WhiteListTable& table, std::int32_t listIndex, std::int32_t id,
+                    const WhiteListEntry& row) {
+    WhiteList* list = listAt(table, listIndex);
+    if (!list) return false;
+    for (WhiteListEntry& existing : list->entries) {
+        if (existing.ID != id) continue;
+        existing = row;
+        existing.ID = id;
+        return true;
+    }
+    return false;
+}
+
+bool deleteListRow(WhiteListTable& table, std::int32_t listIndex, std::int32_t id) {
+    WhiteList* list = listAt(table, listIndex);
+    if (!list) return false;
+    if (list->extended) {
+        if (id < 0 || static_cast<std::size_t>(id) >= list->lists.size()) return false;
+        list->lists.erase(list->lists.begin() + id);
+        if (static_cast<std::size_t>(id) < list->listIndexes.size())
+            list->listIndexes.erase(list->listIndexes.begin() + id);
+        return true;
+    }
+    const auto found = std::find_if(list->entries.begin(), list->entries.end(),
+                                    [id](const WhiteListEntry& row) { return row.ID == id; });
+    if (found == list->entries.end()) return false;
+    list->entries.erase(found);
+    list->dirty = true;
+    return true;
+}
+
+bool addNestedList(WhiteListTable& table, std::int32_t listIndex, const NestedList& nested) {
+    WhiteList* list = extendedListAt(table, listIndex);
+    if (!list) return false;
+    list->lists.push_back(nested);
+    list->dirty = true;
+    resolveExtendedWhiteLists(table);
+    return true;
+}
+
+bool replaceNestedList(WhiteListTable& table, std::int32_t listIndex, std::int32_t position,
+                       const NestedList& nested) {
+    WhiteList* list = extendedListAt(table, listIndex);
+    if (!list || position < 0 || static_cast<std::size_t>(position) >= list->lists.size()) return false;
+    list->lists[position] = nested;
+    resolveExtendedWhiteLists(table);
+    return true;
+}
+
+} // namespace vx::config
