@@ -2,7 +2,13 @@
 """Draws the interface's small pictures (plain RGBA PNGs) into images/.
 
 The pictures are simple glyphs on coloured squares; run it again after a
-change and commit the result."""
+change and commit the result.
+
+The eight toolbar pictures keep a transparent alpha around the square. The
+twelve tile-button pictures are added onto the tile's pixels (saturating),
+so for them black is the transparent colour: they are drawn opaque on
+black, at 64 pixels with 4 x 4 samples per pixel, so that they stay clear
+when the tile scales them to anything from 24 to 64 pixels."""
 import os, struct, zlib, math
 
 HERE = os.path.dirname(os.path.abspath(__file__))
@@ -31,6 +37,12 @@ def glyph_pixel(size, colour, glyph):
         return colour + (255,)
     return pixel
 
+def near_segment(u, v, a, b, width):
+    (ax, ay), (bx, by) = a, b
+    dx, dy = bx - ax, by - ay
+    t = max(0.0, min(1.0, ((u - ax) * dx + (v - ay) * dy) / (dx * dx + dy * dy)))
+    return math.hypot(u - ax - t * dx, v - ay - t * dy) < width
+
 G = {
     "play": lambda u, v: 0.35 < u < 0.72 and abs(v - 0.5) < (0.72 - u) * 0.9,
     "stop": lambda u, v: 0.32 < u < 0.68 and 0.32 < v < 0.68,
@@ -45,10 +57,33 @@ G = {
     "none": lambda u, v: False,
     "camera": lambda u, v: (0.22 < u < 0.62 and 0.34 < v < 0.66) or (0.62 <= u < 0.8 and abs(v - 0.5) < (u - 0.62) * 0.9 + 0.04),
     "monitor": lambda u, v: 0.24 < u < 0.76 and 0.28 < v < 0.62 and not (0.3 < u < 0.7 and 0.34 < v < 0.56) or (0.44 < u < 0.56 and 0.62 <= v < 0.74),
-    "console": lambda u, v: (0.3 < u < 0.5 and abs(v - 0.5) < 0.05 + 0 * u and abs((u - 0.3) - abs(v - 0.5) * 2) < 0.08) or (0.5 < u < 0.72 and 0.64 < v < 0.7),
+    "console": lambda u, v: near_segment(u, v, (0.3, 0.32), (0.48, 0.5), 0.05) or near_segment(u, v, (0.48, 0.5), (0.3, 0.68), 0.05) or (0.52 < u < 0.72 and 0.62 < v < 0.7),
 }
 
 BLUE, GREEN, RED, GREY, ORANGE, PURPLE, TEAL = (40, 100, 190), (40, 150, 70), (190, 50, 50), (110, 110, 110), (210, 130, 30), (120, 70, 160), (30, 140, 150)
+
+def tile_button_pixel(size, colour, glyph, samples=4):
+    """A glyph on a dimmed rounded square, everything else black."""
+    dim = tuple(int(c * 0.6) for c in colour)
+    def pixel(x, y):
+        acc = [0, 0, 0]
+        for sy in range(samples):
+            for sx in range(samples):
+                u = (x + (sx + 0.5) / samples) / size
+                v = (y + (sy + 0.5) / samples) / size
+                r = 0.2
+                dx, dy = max(abs(u - 0.5) - (0.5 - r), 0), max(abs(v - 0.5) - (0.5 - r), 0)
+                if math.hypot(dx, dy) > r - 0.03:
+                    c = (0, 0, 0)
+                elif glyph(u, v):
+                    c = (240, 240, 240)
+                else:
+                    c = dim
+                for i in range(3):
+                    acc[i] += c[i]
+        n = samples * samples
+        return tuple(int(a / n + 0.5) for a in acc) + (255,)
+    return pixel
 
 def main():
     os.makedirs(OUT, exist_ok=True)
@@ -63,7 +98,7 @@ def main():
             ("bsshowwindowoff.png", GREY, "monitor"), ("bsshowconsoleon.png", BLUE, "console"),
             ("bsshowconsoloff.png", GREY, "console")]
     for name, colour, glyph in tile:
-        png(os.path.join(OUT, name), 24, 24, glyph_pixel(24, colour, G[glyph]))
+        png(os.path.join(OUT, name), 64, 64, tile_button_pixel(64, colour, G[glyph]))
     png(os.path.join(OUT, "vexlane.png"), 64, 64, glyph_pixel(64, BLUE, G["camera"]))
 
 if __name__ == "__main__":
