@@ -1,0 +1,236 @@
+#include "config/messenger_config.h"
+
+#include <gtest/gtest.h>
+
+#include "config/text_codec.h"
+#include "config/token_cipher.h"
+#include "support/captured_stderr.h"
+#include "support/temp_dir.h"
+
+namespace vx::config {
+namespace {
+
+using test::readFileBytes;
+using test::writeFileBytes;
+
+std::string defaultChannel(bool last)
+{
+    return std::string("\t{\n"
+                       "\t\t\"name\":\"\",\n"
+                       "\t\t\"channelID\":0,\n"
+                       "\t\t\"on\":false,\n"
+                       "\t\t\"typeMessenger\":0,\n"
+                       "\t\t\"token\":\"\",\n"
+                       "\t\t\"chatID\":\"\",\n"
+                       "\t\t\"delaySame\":true,\n"
+                       "\t\t\"delaySameMS\":1000,\n"
+                       "\t\t\"delayAny\":false,\n"
+                       "\t\t\"delayAnyMS\":1000,\n"
+                       "\t\t\"server\":\"\",\n"
+                       "\t\t\"sender\":\"\",\n"
+                       "\t\t\"receiver\":\"\",\n"
+                       "\t\t\"port\":0,\n"
+                       "\t\t\"image\":0\n") +
+           (last ? "\t}\n" : "\t},\n");
+}
+
+std::string defaultText()
+{
+    std::string text = "{\n"
+                       "\t\"name\":\"MessengersConfig\",\n"
+                       "\t\"version\":1,\n"
+                       "\t\"port\":1236,\n"
+                       "\t\"on\":0,\n"
+                       "\t\"channels\":[\n";
+    for (int i = 0; i < 10; ++i)
+        text += defaultChannel(i == 9);
+    return text + "\t]\n}";
+}
+
+class MessengerConfigFile : public ::testing::Test {
+protected:
+    std::string dir() const { return folder_.path().string(); }
+    std::filesystem::path file() const { return folder_.path() / messengersConfigFileName; }
+
+    void loadText(const std::string& text, MessengersConfig& config, std::int32_t controlPort = 1235)
+    {
+        writeFileBytes(file(), text);
+        test::CapturedStderr err;
+        loadMessengers(dir(), config, controlPort);
+        errors_ = err.text();
+    }
+
+    test::RuntimeSandbox runtime_;
+    test::TempDir folder_;
+    std::string errors_;
+};
+
+TEST_F(MessengerConfigFile, FirstReadWritesTheDefaultFile)
+{
+    MessengersConfig config;
+    test::CapturedStderr err;
+    loadMessengers(dir(), config, 1235);
+    EXPECT_EQ(err.text(), "");
+    EXPECT_EQ(readFileBytes(file()), defaultText());
+    EXPECT_EQ(config.port, 1236);
+    EXPECT_FALSE(config.on);
+    EXPECT_TRUE(config.channels[0].delaySame);
+    EXPECT_EQ(config.channels[9].port, 0);
+}
+
+TEST_F(MessengerConfigFile, FullRecordRoundTripsWithItsTokensEnciphered)
+{
+    MessengersConfig config;
+    config.port = 2000;
+    config.on = true;
+    MessengerChannel& bot = config.channels[0];
+    bot.name = utf8ToCp1251("Охрана");
+    bot.channelID = 1;
+    bot.on = true;
+    bot.token = "123456:ABC-def_ghi";
+    bot.chatID = "-100200300";
+    bot.delaySame = false;
+    bot.delaySameMS = 5000;
+    bot.delayAny = true;
+    bot.delayAnyMS = 250;
+    bot.image = 2;
+    MessengerChannel& mail = config.channels[9];
+    mail.channelID = 10;
+    mail.typeMessenger = 2;
+    mail.token = utf8ToCp1251("пароль");
+    mail.server = "smtp.example.test";
+    mail.port = 587;
+    mail.sender = "gate@example.test";
+    mail.receiver = "guard@example.test";
+    saveMessengers(dir(), config);
+    const std::string first = readFileBytes(file());
+
+    const std::string botToken = encipherToken("123456:ABC-def_ghi");
+    EXPECT_NE(first.find("\t\"on\":1,\n"), std::string::npos);
+    EXPECT_NE(first.find("\t\t\"name\":\"Охрана\",\n"), std::string::npos);
+    EXPECT_NE(first.find("\t\t\"token\":\"" + botToken + "\",\n"), std::string::npos);
+    EXPECT_EQ(first.find("123456"), std::string::npos) << "the token stands in clear";
+    EXPECT_NE(first.find("\t\t\"token\":\"" + encipherToken("пароль") + "\",\n"), std::string::npos)
+        << "enciphered from its UTF-8 form";
+
+    MessengersConfig back;
+    test::CapturedStderr err;
+    loadMessengers(dir(), back, 1235);
+    EXPECT_EQ(err.text(), "");
+    EXPECT_EQ(back.channels[0].token, bot.token);
+    EXPECT_EQ(back.channels[9].token, mail.token);
+    EXPECT_EQ(back.channels[0].name, bot.name);
+    saveMessengers(dir(), back);
+    EXPECT_EQ(readFileBytes(file()), first);
+}
+
+TEST(TokenCipher, LowerCaseHexOfWholeBlocks)
+{
+    const std::string hex = encipherToken("bot-token");
+    EXPECT_EQ(hex.size(), 32u);   // 9 bytes pad to one block
+    EXPECT_EQ(hex.find_first_not_of("0123456789abcdef"), std::string::npos) << hex;
+    EXPECT_EQ(encipherToken(std::string(16, 'x')).size(), 64u);   // a full block gains a padding block
+    EXPECT_EQ(encipherToken(""), "");
+    EXPECT_EQ(decipherToken(hex), "bot-token");
+}
+
+TEST_F(MessengerConfigFile, TokenTable)
+{
+    const std::string good = encipherToken("secret");
+    std::string upper = good;
+    for (char& ch : upper) ch = static_cast<char>(std::toupper(static_cast<unsigned char>(ch)));
+    std::string nonHex = good;
+    nonHex[5] = 'g';
+    const std::string noMessage;
+    const std::string decodeMessage = "[VX2S] loadMessengers cann't decode token\n";
+    struct Case { const char* name; std::string stored; std::string token; std::string errors; };
+    const Case cases[] = {
+        {"good", good, "secret", noMessage},
+        {"upper-case digits are read too", upper, "secret", noMessage},
+        {"empty", "", "", noMessage},
+        {"15 hex digits: dropped silently", good.substr(0, 15), "", noMessage},
+        {"16 hex digits: half a block, doesn't decipher", good.substr(0, 16), "", decodeMessage},
+        {"32 digits that don't decipher", std::string(32, '0'), "", decodeMessage},
+        {"a character that isn't hex", nonHex, "", decodeMessage},
+        {"Cyrillic letters of the right length", "ЖЖЖЖЖЖЖЖ", "", decodeMessage},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        MessengersConfig config;
+        config.channels[0].token = "was here";
+        loadText("{\"channels\":[{\"token\":\"" + c.stored + "\",\"chatID\":\"after\"}]}", config);
+        EXPECT_EQ(config.channels[0].token, c.token);
+        EXPECT_EQ(config.channels[0].chatID, "after") << "the reading goes on";
+        EXPECT_EQ(errors_, c.errors);
+    }
+}
+
+TEST_F(MessengerConfigFile, UndecipherableTokenIsLostAtTheNextSave)
+{
+    MessengersConfig config;
+    loadText("{\"channels\":[{\"token\":\"" + std::string(32, 'a') + "\"}]}", config);
+    saveMessengers(dir(), config);
+    EXPECT_NE(readFileBytes(file()).find("\t\t\"token\":\"\",\n"), std::string::npos);
+}
+
+TEST_F(MessengerConfigFile, ReaderTable)
+{
+    struct Case {
+        const char* name;
+        std::string text;
+        std::int32_t controlPort;
+        std::string errors;
+        std::function<void(const MessengersConfig&)> check;
+    };
+    const Case cases[] = {
+        {"old file: port and on from the control service, slot defaults of the reader",
+         "{\"channels\":[{},{\"name\":\"b\"}]}", 1300, "",
+         [](const MessengersConfig& c) {
+             EXPECT_EQ(c.port, 1300);
+             EXPECT_TRUE(c.on);
+             EXPECT_FALSE(c.channels[0].delaySame);
+             EXPECT_EQ(c.channels[0].port, 465);
+             EXPECT_EQ(c.channels[1].name, "b");
+             EXPECT_EQ(c.channels[2].port, 7) << "a slot beyond the array stays";
+         }},
+        {"old file with a control port of 0 stays off", "{}", 0, "",
+         [](const MessengersConfig& c) {
+             EXPECT_EQ(c.port, 0);
+             EXPECT_FALSE(c.on);
+         }},
+        {"on is a number", "{\"port\":1236,\"on\":2}", 1235, "",
+         [](const MessengersConfig& c) { EXPECT_TRUE(c.on); }},
+        {"no channels: slots stay, no error", "{\"port\":1236,\"on\":0}", 1235, "",
+         [](const MessengersConfig& c) {
+             EXPECT_FALSE(c.on);
+             EXPECT_EQ(c.channels[0].port, 7);
+         }},
+        {"elements beyond ten are ignored",
+         "{\"channels\":[{},{},{},{},{},{},{},{},{},{\"name\":\"ten\"},{\"name\":\"eleven\"}]}", 1235, "",
+         [](const MessengersConfig& c) { EXPECT_EQ(c.channels[9].name, "ten"); }},
+        {"wrong type ends the read at its key", "{\"channels\":[{\"name\":\"a\",\"on\":true,\"channelID\":\"x\"}]}",
+         1235, "[VX2S] loadMessengers parse error type \n",
+         [](const MessengersConfig& c) {
+             EXPECT_EQ(c.channels[0].name, "a");
+             EXPECT_TRUE(c.channels[0].on);
+             EXPECT_EQ(c.channels[0].port, 7);
+         }},
+        {"channels that isn't an array", "{\"port\":1400,\"channels\":{\"a\":{}}}", 1235,
+         "[VX2S] loadMessengers parse error type \n",
+         [](const MessengersConfig& c) { EXPECT_EQ(c.port, 1400); }},
+        {"truncated", "{\"port\":1400,", 1235, "[VX2S] loadMessengers parse error at byte 14\n",
+         [](const MessengersConfig& c) { EXPECT_EQ(c.port, 1236); }},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        MessengersConfig config;
+        for (auto& channel : config.channels) channel.port = 7;
+        loadText(c.text, config, c.controlPort);
+        EXPECT_EQ(errors_, c.errors);
+        c.check(config);
+        EXPECT_EQ(readFileBytes(file()), c.text) << "a read never rewrites an existing file";
+    }
+}
+
+} // namespace
+} // namespace vx::config

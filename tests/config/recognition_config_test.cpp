@@ -1,0 +1,217 @@
+#include "config/recognition_config.h"
+
+#include <gtest/gtest.h>
+
+#include "support/captured_stderr.h"
+#include "support/temp_dir.h"
+
+namespace vx::config {
+namespace {
+
+using test::readFileBytes;
+using test::writeFileBytes;
+
+const std::string defaultText = "{\n"
+                                "\t\"name\":\"RecognitionSrvConfig\",\n"
+                                "\t\"versionIIS\":1,\n"
+                                "\t\"maxImagesInQueue\":10,\n"
+                                "\t\"gpuObjects\":1, \n"
+                                "\t\"mode\":0,\n"
+                                "\t\"expandedResult\":1,\n"
+                                "\t\"detectConfThresh\":0.25,\n"
+                                "\t\"detectConfPerson\":0.25,\n"
+                                "\t\"detectConfVehicle\":0.25,\n"
+                                "\t\"pathToConfigForLibrary\":\"vxplate2dataconfigsmall.json\",\n"
+                                "\t\"modeConfig\":1,\n"
+                                "\t\"minPlateHeight\":12,\n"
+                                "\t\"minPlateWidth\":60,\n"
+                                "\t\"minSymbolsPlate\":6,\n"
+                                "\t\"maxSymbolsPlate\":15,\n"
+                                "\t\"turn\":true,\n"
+                                "\t\"gpu\":false,\n"
+                                "\t\"bigSymbolModel\":false,\n"
+                                "\t\"port\":1234,\n"
+                                "\t\"plateTemplates\":[]\n"
+                                "}";
+
+class RecognitionConfigFile : public ::testing::Test {
+protected:
+    std::string dir() const { return folder_.path().string(); }
+    std::filesystem::path file() const { return folder_.path() / recognitionConfigFileName; }
+
+    bool loadText(const std::string& text, RecognitionSrvConfig& config)
+    {
+        writeFileBytes(file(), text);
+        test::CapturedStderr err;
+        const bool ok = loadRecogGlobal(dir(), config);
+        errors_ = err.text();
+        return ok;
+    }
+
+    test::RuntimeSandbox runtime_;
+    test::TempDir folder_;
+    std::string errors_;
+};
+
+TEST_F(RecognitionConfigFile, FirstReadWritesTheDefaultsAndReadsThemBack)
+{
+    RecognitionSrvConfig config;
+    test::CapturedStderr err;
+    EXPECT_TRUE(loadRecogGlobal(dir(), config));
+    EXPECT_EQ(err.text(), "");
+    EXPECT_EQ(readFileBytes(file()), defaultText);
+    // The written file holds gpuObjects, so its default from the plate length
+    // doesn't come into play.
+    EXPECT_EQ(config.gpuObjects, 1);
+    EXPECT_EQ(config.modeConfig, 1);
+    EXPECT_EQ(config.port, 1234);
+}
+
+TEST_F(RecognitionConfigFile, AllFieldsSetRoundTripByteForByte)
+{
+    RecognitionSrvConfig config;
+    config.templates = {true, false, true, false, false, false, false, false, true, true};
+    config.bigSymbolModel = true;
+    config.port = 4321;
+    config.minSymbolsPlate = 4;
+    config.maxSymbolsPlate = 9;
+    config.minPlateHeight = 20;
+    config.minPlateWidth = 80;
+    config.modeConfig = 2;
+    config.mode = 1;
+    config.gpuObjects = 3;
+    config.turn = false;
+    config.gpu = true;
+    config.detectConfThresh = 0.5f;
+    config.detectConfPerson = 0.35f;
+    config.detectConfVehicle = 0.05f;
+    saveRecogGlobal(dir(), config);
+    const std::string expected = "{\n"
+                                 "\t\"name\":\"RecognitionSrvConfig\",\n"
+                                 "\t\"versionIIS\":1,\n"
+                                 "\t\"maxImagesInQueue\":10,\n"
+                                 "\t\"gpuObjects\":3, \n"
+                                 "\t\"mode\":1,\n"
+                                 "\t\"expandedResult\":1,\n"
+                                 "\t\"detectConfThresh\":0.5,\n"
+                                 "\t\"detectConfPerson\":0.35,\n"
+                                 "\t\"detectConfVehicle\":0.05,\n"
+                                 "\t\"pathToConfigForLibrary\":\"vxplate2dataconfigmicro.json\",\n"
+                                 "\t\"modeConfig\":2,\n"
+                                 "\t\"minPlateHeight\":20,\n"
+                                 "\t\"minPlateWidth\":80,\n"
+                                 "\t\"minSymbolsPlate\":4,\n"
+                                 "\t\"maxSymbolsPlate\":9,\n"
+                                 "\t\"turn\":false,\n"
+                                 "\t\"gpu\":true,\n"
+                                 "\t\"bigSymbolModel\":true,\n"
+                                 "\t\"port\":4321,\n"
+                                 "\t\"plateTemplates\":[\"ru\",\"am\",\"abh\",\"rso\"]\n"
+                                 "}";
+    ASSERT_EQ(readFileBytes(file()), expected);
+
+    RecognitionSrvConfig back;
+    EXPECT_TRUE(loadRecogGlobal(dir(), back));
+    saveRecogGlobal(dir(), back);
+    EXPECT_EQ(readFileBytes(file()), expected);
+    EXPECT_EQ(back.templates, config.templates);
+}
+
+TEST_F(RecognitionConfigFile, ModelSizeIsLimitedInTheFileButNotInTheRecord)
+{
+    struct Case { std::int32_t field; const char* model; const char* written; };
+    const Case cases[] = {
+        {0, "vxplate2dataconfig.json", "0"},     {3, "vxplate2dataconfignano.json", "3"},
+        {7, "vxplate2dataconfignano.json", "3"}, {-2, "vxplate2dataconfig.json", "0"},
+    };
+    for (const Case& c : cases) {
+        RecognitionSrvConfig config;
+        config.modeConfig = c.field;
+        const std::string text = recognitionConfigText(config);
+        EXPECT_NE(text.find(std::string("\"pathToConfigForLibrary\":\"") + c.model + "\""), std::string::npos)
+            << c.field;
+        EXPECT_NE(text.find(std::string("\"modeConfig\":") + c.written + ",\n"), std::string::npos) << c.field;
+        EXPECT_EQ(config.modeConfig, c.field);
+    }
+}
+
+TEST_F(RecognitionConfigFile, ReaderTable)
+{
+    struct Case {
+        const char* name;
+        std::string text;
+        bool ok;
+        std::string errors;
+        std::function<void(const RecognitionSrvConfig&)> check;
+    };
+    const Case cases[] = {
+        {"old file without gpuObjects takes the plate length", "{\"maxSymbolsPlate\":9,\"plateTemplates\":[]}", true,
+         "", [](const RecognitionSrvConfig& c) { EXPECT_EQ(c.gpuObjects, 9); }},
+        {"old file without anything but the templates", "{\"plateTemplates\":[\"kz\",\"xx\",\"RU\"]}", true, "",
+         [](const RecognitionSrvConfig& c) {
+             EXPECT_EQ(c.gpuObjects, 15);
+             EXPECT_EQ(c.modeConfig, 1);
+             EXPECT_EQ(c.mode, 0);
+             EXPECT_TRUE(c.templates[4]);   // kz
+             EXPECT_FALSE(c.templates[0]);  // "RU" isn't "ru"
+             EXPECT_EQ(c.port, 1234);
+         }},
+        {"modeConfig and mode are limited", "{\"modeConfig\":7,\"mode\":5,\"plateTemplates\":[]}", true, "",
+         [](const RecognitionSrvConfig& c) {
+             EXPECT_EQ(c.modeConfig, 3);
+             EXPECT_EQ(c.mode, 1);
+         }},
+        {"below the range", "{\"modeConfig\":-2,\"mode\":-1,\"plateTemplates\":[]}", true, "",
+         [](const RecognitionSrvConfig& c) {
+             EXPECT_EQ(c.modeConfig, 0);
+             EXPECT_EQ(c.mode, 0);
+         }},
+        {"no plateTemplates fails after the rest was taken", "{\"port\":5000,\"minPlateWidth\":70}", false,
+         "[VX2S] loadRecogGlobal parse error type \n",
+         [](const RecognitionSrvConfig& c) {
+             EXPECT_EQ(c.port, 5000);
+             EXPECT_EQ(c.minPlateWidth, 70);
+         }},
+        {"wrong type stops at its key", "{\"minPlateHeight\":30,\"minPlateWidth\":\"wide\",\"port\":5000}", false,
+         "[VX2S] loadRecogGlobal parse error type \n",
+         [](const RecognitionSrvConfig& c) {
+             EXPECT_EQ(c.minPlateHeight, 30);
+             EXPECT_EQ(c.minPlateWidth, 60);
+             EXPECT_EQ(c.port, 1234);
+         }},
+        // 32 bytes: the parser reports the byte one past the end.
+        {"truncated", "{\n\t\"minPlateHeight\":30,\n\t\"port\":", false,
+         "[VX2S] loadRecogGlobal parse error at byte 33\n",
+         [](const RecognitionSrvConfig& c) { EXPECT_EQ(c.minPlateHeight, 12); }},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        RecognitionSrvConfig config;
+        EXPECT_EQ(loadText(c.text, config), c.ok);
+        EXPECT_EQ(errors_, c.errors);
+        c.check(config);
+        EXPECT_EQ(readFileBytes(file()), c.text) << "a read never rewrites an existing file";
+    }
+}
+
+TEST_F(RecognitionConfigFile, TemplateFlagsAreOnlyEverSet)
+{
+    RecognitionSrvConfig config;
+    ASSERT_TRUE(loadText("{\"plateTemplates\":[\"ru\",\"abh\"]}", config));
+    ASSERT_TRUE(loadText("{\"plateTemplates\":[\"by\"]}", config));
+    EXPECT_TRUE(config.templates[0]);
+    EXPECT_TRUE(config.templates[3]);
+    EXPECT_TRUE(config.templates[8]);
+    EXPECT_NE(recognitionConfigText(config).find("\"plateTemplates\":[\"ru\",\"by\",\"abh\"]\n"), std::string::npos);
+}
+
+TEST_F(RecognitionConfigFile, UnwritableFolderFailsWithoutAMessage)
+{
+    RecognitionSrvConfig config;
+    test::CapturedStderr err;
+    EXPECT_FALSE(loadRecogGlobal(dir() + "/missing", config));
+    EXPECT_EQ(err.text(), "");
+}
+
+} // namespace
+} // namespace vx::config
