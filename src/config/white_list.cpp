@@ -13,6 +13,11 @@ WhiteListTable& whiteListTable() {
     return table;
 }
 
+std::mutex& whiteListLock() {
+    static std::mutex lock;
+    return lock;
+}
+
 WhiteListLookup& lookupOf(WhiteListTable& table, std::size_t index) {
     if (table.lookups.size() <= index) table.lookups.resize(index + 1);
     return table.lookups[index];

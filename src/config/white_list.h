@@ -76,11 +76,13 @@ struct WhiteListTable {
     std::vector<WhiteList> lists;
     std::vector<WhiteListLookup> lookups;   // one per list, in the same order
     std::int32_t fileCounter = 1;           // for free file names "list<n>..."
-    std::mutex mutex;                       // held by loadAllWhiteLists only
 };
 
 // The manager's own table, made on first use. Tests build their own.
 WhiteListTable& whiteListTable();
+
+// The program's lock of the white lists, held by loadAllWhiteLists only.
+std::mutex& whiteListLock();
 
 // The look-ups of list `index`, made when the table has none for it yet.
 WhiteListLookup& lookupOf(WhiteListTable& table, std::size_t index);

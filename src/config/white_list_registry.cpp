@@ -86,7 +86,7 @@ void writeDefaultWhiteLists(const std::string& configDirectory) {
 }
 
 void loadAllWhiteLists(WhiteListTable& table, const std::string& configDirectory) {
-    std::lock_guard<std::mutex> lock(table.mutex);
+    std::lock_guard<std::mutex> lock(whiteListLock());
     if (!canOpen(registryPath(configDirectory))) writeDefaultWhiteLists(configDirectory);
     const ReadOutcome outcome = loadWhiteListsList(table, configDirectory);
     if (table.lists.empty()) {

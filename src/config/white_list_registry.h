@@ -32,8 +32,8 @@ bool saveWhiteListsList(const WhiteListTable& table, const std::string& configDi
 // list's file, holding the header alone.
 void writeDefaultWhiteLists(const std::string& configDirectory);
 
-// The load of all lists, for start-up and the manager dialog, under the
-// table's lock: the registry (written with the defaults when it won't open,
+// The load of all lists, for start-up and the manager dialog, under
+// whiteListLock(): the registry (written with the defaults when it won't open,
 // or when it names no list), then every list's file, CSV first and JSON
 // when the header isn't CSV, then the nested lists are resolved. A list
 // whose file won't open or can't be read stays in the table with no rows.

@@ -1,0 +1,340 @@
+#include "config/white_list_file.h"
+
+#include <gtest/gtest.h>
+
+#include "config/text_codec.h"
+#include "white_list_test_files.h"
+
+namespace vx::config {
+namespace {
+
+using test::CapturedStderr;
+using test::ConfigFolder;
+
+WhiteListEntry row(std::int32_t id, const std::string& num, const std::string& car,
+                   const std::string& add, const std::string& time1 = "",
+                   const std::string& time2 = "") {
+    WhiteListEntry entry;
+    entry.ID = id;
+    entry.num = num;
+    entry.car = car;
+    entry.add = add;
+    entry.time1 = time1;
+    entry.time2 = time2;
+    return entry;
+}
+
+NestedList nested(const std::string& file, const std::string& days, const std::string& time1,
+                  const std::string& time2) {
+    NestedList list;
+    list.file = file;
+    list.permitted_access_days = days;
+    list.permitted_access_time1 = time1;
+    list.permitted_access_time2 = time2;
+    return list;
+}
+
+// A table of one list bearing `file`.
+WhiteListTable tableWith(const std::string& file) {
+    WhiteListTable table;
+    WhiteList list;
+    list.name = "L";
+    list.file = file;
+    table.lists.push_back(list);
+    return table;
+}
+
+// A row as "ID|num|car|add", or with the times "...|time1|time2".
+std::string rowText(const WhiteListEntry& e, bool times) {
+    std::string text = std::to_string(e.ID) + '|' + e.num + '|' + e.car + '|' + e.add;
+    if (times) text += '|' + e.time1 + '|' + e.time2;
+    return text;
+}
+
+std::vector<std::string> rowTexts(const WhiteList& list) {
+    std::vector<std::string> texts;
+    for (const WhiteListEntry& e : list.entries) texts.push_back(rowText(e, list.oneTime));
+    return texts;
+}
+
+// ---- the exact bytes of each form ----
+
+TEST(WhiteListText, PlainRowsEndInACommaTheHeaderDoesNot) {
+    WhiteList list;
+    list.entries = {row(0, utf8ToCp1251("А123ВС77"), utf8ToCp1251("Лада"), "gate 2"),
+                    row(1, "X*9", "", "")};
+    EXPECT_EQ(plainWhiteListText(list),
+              "ID,num,car,add\n"
+              "0,А123ВС77,Лада,gate 2,\n"
+              "1,X*9,,,\n");
+    EXPECT_EQ(plainWhiteListText(WhiteList{}), "ID,num,car,add\n");
+}
+
+TEST(WhiteListText, OneTimeRowsCarryTheirTimesUnconverted) {
+    WhiteList list;
+    list.oneTime = true;
+    list.entries = {row(4, "A1", utf8ToCp1251("Газель"), "x", "2024-03-01 08:05:00",
+                        "2024-03-02 18:00:00")};
+    EXPECT_EQ(whiteListText(list),
+              "ID,num,car,add,time1,time2\n"
+              "4,A1,Газель,x,2024-03-01 08:05:00,2024-03-02 18:00:00,\n");
+    // The times are the one field not converted to UTF-8.
+    list.entries[0].time1 = "\xC0";
+    EXPECT_EQ(oneTimeWhiteListText(list),
+              "ID,num,car,add,time1,time2\n"
+              "4,A1,Газель,x,\xC0,2024-03-02 18:00:00,\n");
+}
+
+TEST(WhiteListText, ExtendedListSeparatesItsElementsByALineOfTheirOwn) {
+    WhiteList list;
+    list.extended = true;
+    list.lists = {nested(utf8ToCp1251("двор.list.csv"), "all_days", "00:00:00", "23:59:59"),
+                  nested("list2.list.csv", "0,2,6", "08:00:00", "20:00:00")};
+    EXPECT_EQ(whiteListText(list),
+              "{\n"
+              "\t\"lists\":[\n"
+              "\t\t{\n"
+              "\t\t\t\"file\":\"двор.list.csv\",\n"
+              "\t\t\t\"permitted_access_days\":\"all_days\",\n"
+              "\t\t\t\"permitted_access_time1\":\"00:00:00\",\n"
+              "\t\t\t\"permitted_access_time2\":\"23:59:59\"\n"
+              "\t\t}\n"
+              "\t\t,\n"
+              "\t\t{\n"
+              "\t\t\t\"file\":\"list2.list.csv\",\n"
+              "\t\t\t\"permitted_access_days\":\"0,2,6\",\n"
+              "\t\t\t\"permitted_access_time1\":\"08:00:00\",\n"
+              "\t\t\t\"permitted_access_time2\":\"20:00:00\"\n"
+              "\t\t}\n"
+              "\t]\n"
+              "}");
+    EXPECT_EQ(extendedWhiteListText(WhiteList{}), "{\n\t\"lists\":[\n\t]\n}");
+}
+
+// ---- round trips ----
+
+TEST(WhiteListFile, PlainAndOneTimeListsKeepEveryRow) {
+    ConfigFolder folder;
+    for (bool oneTime : {false, true}) {
+        WhiteListTable table = tableWith("a.list.csv");
+        WhiteList& list = table.lists[0];
+        list.oneTime = oneTime;
+        list.dirty = true;
+        for (int i = 0; i < 50; ++i)
+            list.entries.push_back(row(i * 3 - 7 == -1 ? 1000 : i * 3 - 7,
+                                       utf8ToCp1251("Р") + std::to_string(i) + "*[|]",
+                                       utf8ToCp1251("Марка ") + std::to_string(i), "\"q\" ё",
+                                       oneTime ? "2024-03-01 08:05:00" : "",
+                                       oneTime ? "2025-12-31 23:59:59" : ""));
+        ASSERT_TRUE(saveWhiteList(table, folder.dir(), 0));
+        EXPECT_FALSE(list.dirty);
+
+        WhiteListTable reread = tableWith("a.list.csv");
+        ASSERT_EQ(loadWhiteList(reread, folder.dir(), 0), whiteListRead);
+        EXPECT_EQ(reread.lists[0].oneTime, oneTime);
+        EXPECT_EQ(rowTexts(reread.lists[0]), rowTexts(list));
+        if (oneTime) {
+            EXPECT_EQ(reread.lists[0].entries[1].time2Parsed.year, 2025);
+        }
+        // The file written back is the file read.
+        const std::string first = folder.bytes("a.list.csv");
+        saveWhiteList(reread, folder.dir(), 0);
+        EXPECT_EQ(folder.bytes("a.list.csv"), first);
+    }
+}
+
+TEST(WhiteListFile, ExtendedListKeepsEveryNestedList) {
+    ConfigFolder folder;
+    WhiteListTable table = tableWith("x.list.json");
+    table.lists[0].extended = true;
+    table.lists[0].lists = {nested(utf8ToCp1251("двор.list.csv"), "all_days", "00:00:00", "23:59:59"),
+                            nested("b.list.csv", "1, 3,5", "08:05:00", "07:00:00"),
+                            nested("b.list.csv", "2024-02-30", "00:00:00", "24:00:00")};
+    saveWhiteList(table, folder.dir(), 0);
+
+    WhiteListTable reread = tableWith("x.list.json");
+    CapturedStderr err;
+    ASSERT_EQ(loadWhiteList(reread, folder.dir(), 0), whiteListNotCsv);
+    loadExtendedWhiteList(reread, folder.dir(), 0);
+    EXPECT_EQ(err.text(), "loadWhiteList parse error in x.list.json (extended?)\n");
+    const WhiteList& list = reread.lists[0];
+    ASSERT_TRUE(list.extended);
+    ASSERT_EQ(list.lists.size(), 3u);
+    EXPECT_EQ(list.lists[0].file, utf8ToCp1251("двор.list.csv"));
+    EXPECT_EQ(list.lists[0].dayKind, allDays);
+    EXPECT_EQ(list.lists[1].permitted_access_days, "1, 3,5");
+    EXPECT_EQ(list.lists[1].dayKind, weekDays);
+    EXPECT_EQ(list.lists[1].days, (std::array<bool, 7>{false, true, false, true, false, true, false}));
+    EXPECT_EQ(list.lists[1].time1.hour, 8);
+    EXPECT_EQ(list.lists[1].time1.minute, 5);
+    EXPECT_EQ(list.lists[1].time2.hour, 7);
+    EXPECT_EQ(list.lists[2].dayKind, oneDate);
+    EXPECT_EQ(list.lists[2].date.month, 2);
+    EXPECT_EQ(list.lists[2].date.day, 30);
+    EXPECT_EQ(list.lists[2].time2.hour, 24);   // not range-checked
+    EXPECT_EQ(extendedWhiteListText(list), extendedWhiteListText(table.lists[0]));
+}
+
+// ---- the CSV reader on bad input ----
+
+struct CsvCase {
+    const char* what;
+    std::string bytes;
+    std::int32_t code;
+    std::vector<std::string> rows;   // "ID|num|car|add"
+    std::string stderrText;
+};
+
+TEST(WhiteListFile, CsvReaderTable) {
+    const std::string skipped =
+        "[VX2S] loadWhiteList skips line 2 of t.list.csv: more fields than the header\n";
+    const std::vector<CsvCase> cases = {
+        {"two rows ending in commas", "ID,num,car,add\n0,A1,B,C,\n1,A2,,,\n", 0,
+         {"0|A1|B|C", "1|A2||"}, ""},
+        {"CR LF line ends", "ID,num,car,add\r\n0,A1,B,C,\r\n1,A2,,,\r\n", 0,
+         {"0|A1|B|C", "1|A2||"}, ""},
+        {"a missing trailing comma", "ID,num,car,add\n0,A1,B,C\n", 0, {"0|A1|B|C"}, ""},
+        {"a quoted field is taken as it stands", "ID,num,car,add\n0,\"A1\",B,\"C\",\n", 0,
+         {"0|\"A1\"|B|\"C\""}, ""},
+        {"a field holding a comma gives a row too long", "ID,num,car,add\n0,A1,B,C,D,\n1,A2,,,\n",
+         0, {"1|A2||"}, skipped},
+        {"fewer fields than the header", "ID,num,car,add\n3,X\n4\n", 0, {"3|X||"}, ""},
+        {"a header with fewer columns", "num,ID\nQ,5,\n", 0, {"5|Q||"}, ""},
+        {"ID -1 and an empty plate are dropped", "ID,num,car,add\n-1,A,,,\n2,,c,d,\n\n", 0, {}, ""},
+        {"a number prefix is an ID", "ID,num,car,add\n 12abc,A,,,\n+7,B,,,\n", 0,
+         {"12|A||", "7|B||"}, ""},
+        {"an empty file is an empty list", "", 0, {}, ""},
+        {"a header with an unknown column", "ID,num,plate,add\n0,A,,,\n", 3, {},
+         "loadWhiteList parse error in t.list.csv (extended?)\n"},
+        {"a header with an empty column", "ID,,num\n", 3, {},
+         "loadWhiteList parse error in t.list.csv (extended?)\n"},
+        {"a JSON file", "{\n\t\"lists\":[\n\t]\n}", 3, {},
+         "loadWhiteList parse error in t.list.csv (extended?)\n"},
+        {"Windows-1251 text instead of UTF-8", "ID,num,car,add\n0,\xC0\xC1\xC2,\xCB\xE0\xE4\xE0,,\n",
+         0, {"0|???|????|"}, ""},
+    };
+    ConfigFolder folder;
+    for (const CsvCase& c : cases) {
+        SCOPED_TRACE(c.what);
+        folder.put("t.list.csv", c.bytes);
+        WhiteListTable table = tableWith("t.list.csv");
+        CapturedStderr err;
+        EXPECT_EQ(loadWhiteList(table, folder.dir(), 0), c.code);
+        EXPECT_EQ(rowTexts(table.lists[0]), c.rows);
+        EXPECT_FALSE(table.lists[0].oneTime);
+        EXPECT_EQ(err.text(), c.stderrText);
+    }
+}
+
+TEST(WhiteListFile, OneTimeHeaderAndTimes) {
+    ConfigFolder folder;
+    WhiteListTable table = tableWith("t.list.csv");
+    folder.put("t.list.csv",
+               "ID,num,car,add,time1,time2\n"
+               "0,A,,,2024-03-01 08:05:00,bad time text here!!,\n"
+               "1,B,,,short,2024-03-02 18:00:00,\n");
+    ASSERT_EQ(loadWhiteList(table, folder.dir(), 0), whiteListRead);
+    const WhiteList& list = table.lists[0];
+    EXPECT_TRUE(list.oneTime);
+    ASSERT_EQ(list.entries.size(), 2u);
+    EXPECT_EQ(list.entries[0].time1Parsed.minute, 5);
+    EXPECT_EQ(list.entries[0].time2, "bad time text here!!");   // kept as text, parse ignored
+    EXPECT_EQ(list.entries[0].time2Parsed.year, 0);
+    EXPECT_EQ(list.entries[1].time1, "short");
+    EXPECT_EQ(list.entries[1].time2Parsed.day, 2);
+
+    // Five columns, or the time words elsewhere, make no one-time list.
+    for (const char* header : {"ID,num,car,add,time1\n", "ID,num,time1,time2,car,add\n"}) {
+        WhiteListTable other = tableWith("t.list.csv");
+        folder.put("t.list.csv", header);
+        loadWhiteList(other, folder.dir(), 0);
+        EXPECT_FALSE(other.lists[0].oneTime) << header;
+    }
+}
+
+TEST(WhiteListFile, NonNumericIdThrowsAndLeavesTheListAsItWas) {
+    ConfigFolder folder;
+    const std::pair<const char*, const char*> cases[] = {
+        {"ID,num,car,add\n0,A,,,\nabc,B,,,\n", "invalid stoi argument"},
+        {"ID,num,car,add\n,B,,,\n", "invalid stoi argument"},
+        {"ID,num,car,add\n99999999999,B,,,\n", "stoi argument out of range"},
+    };
+    for (const auto& [bytes, message] : cases) {
+        WhiteListTable table = tableWith("t.list.csv");
+        table.lists[0].entries = {row(7, "OLD", "", "")};
+        folder.put("t.list.csv", bytes);
+        try {
+            loadWhiteList(table, folder.dir(), 0);
+            ADD_FAILURE() << "no throw for " << bytes;
+        } catch (const std::exception& e) {
+            EXPECT_EQ(std::string(e.what()), message);
+        }
+        EXPECT_EQ(rowTexts(table.lists[0]), std::vector<std::string>{"7|OLD||"});
+    }
+}
+
+TEST(WhiteListFile, ResultCodesAndLookUps) {
+    ConfigFolder folder;
+    WhiteListTable table = tableWith("missing.list.csv");
+    EXPECT_EQ(loadWhiteList(table, folder.dir(), -1), whiteListNoSuchIndex);
+    EXPECT_EQ(loadWhiteList(table, folder.dir(), 1), whiteListNoSuchIndex);
+    EXPECT_EQ(loadWhiteList(table, folder.dir(), 0), whiteListNotOpened);
+
+    table.lists[0].file = "t.list.csv";
+    folder.put("t.list.csv", cp1251ToUtf8(utf8ToCp1251("ID,num,car,add\n0,[А]1*2|3,,,\n")));
+    ASSERT_EQ(loadWhiteList(table, folder.dir(), 0), whiteListRead);
+    ASSERT_EQ(table.lookups.size(), 1u);
+    EXPECT_EQ(table.lookups[0].byPlate.count(utf8ToCp1251("А123")), 1u);
+    EXPECT_EQ(table.lookups[0].byNormalisedPlate.count("[A]1*2|3"), 1u);
+}
+
+// ---- the JSON reader on bad input ----
+
+struct JsonCase {
+    const char* what;
+    std::string bytes;
+    bool extended;
+    std::size_t nested;
+    std::string stderrText;
+};
+
+TEST(WhiteListFile, ExtendedReaderTable) {
+    const std::string one = "{\"file\":\"a.list.csv\",\"permitted_access_days\":\"all_days\","
+                            "\"permitted_access_time1\":\"00:00:00\",\"permitted_access_time2\":\"23:59:59\"}";
+    const std::string typeError = "loadExtendedWhiteList parse error type \n";
+    const std::vector<JsonCase> cases = {
+        {"good", "{\"lists\":[" + one + "," + one + "]}", true, 2, ""},
+        {"truncated", "{\"lists\":[" + one, false, 0,
+         "loadExtendedWhiteList parse error at byte " + std::to_string(11 + one.size()) + "\n"},
+        {"empty file", "", false, 0, "loadExtendedWhiteList parse error at byte 1\n"},
+        {"a file that is a number", "{\"lists\":[" + one + ",{\"file\":5}]}", false, 1, typeError},
+        {"a key missing", "{\"lists\":[{\"file\":\"a\"}]}", false, 0, typeError},
+        {"lists not an array of objects", "{\"lists\":[1]}", false, 0, typeError},
+        {"the document an array", "[1,2]", false, 0, typeError},
+        {"a time that isn't one", "{\"lists\":[{\"file\":\"a\",\"permitted_access_days\":\"1\","
+                                  "\"permitted_access_time1\":\"xx:00:00\",\"permitted_access_time2\":\"\"}]}",
+         false, 0, typeError},
+        {"no lists at all", "{}", true, 0, ""},
+    };
+    ConfigFolder folder;
+    for (const JsonCase& c : cases) {
+        SCOPED_TRACE(c.what);
+        folder.put("e.list.json", c.bytes);
+        WhiteListTable table = tableWith("e.list.json");
+        CapturedStderr err;
+        loadExtendedWhiteList(table, folder.dir(), 0);
+        EXPECT_EQ(table.lists[0].extended, c.extended);
+        EXPECT_EQ(table.lists[0].lists.size(), c.nested);
+        EXPECT_EQ(err.text(), c.stderrText);
+    }
+    // A file that won't open and an index outside the table change nothing.
+    WhiteListTable table = tableWith("none.list.json");
+    CapturedStderr err;
+    loadExtendedWhiteList(table, folder.dir(), 0);
+    loadExtendedWhiteList(table, folder.dir(), 3);
+    EXPECT_FALSE(table.lists[0].extended);
+    EXPECT_EQ(err.text(), "");
+}
+
+} // namespace
+} // namespace vx::config

@@ -1,0 +1,50 @@
+#pragma once
+// Small helpers of the white list tests: a config folder, its files as
+// bytes, standard error captured.
+#include <filesystem>
+#include <fstream>
+#include <iostream>
+#include <sstream>
+#include <string>
+
+#include "support/temp_dir.h"
+
+namespace vx::config::test {
+
+inline std::string readBytes(const std::filesystem::path& path) {
+    std::ifstream in(path, std::ios::binary);
+    std::ostringstream out;
+    out << in.rdbuf();
+    return out.str();
+}
+
+inline void writeBytes(const std::filesystem::path& path, const std::string& bytes) {
+    std::ofstream out(path, std::ios::binary | std::ios::trunc);
+    out << bytes;
+}
+
+// Everything written to standard error while the object lives.
+class CapturedStderr {
+public:
+    CapturedStderr() : previous_(std::cerr.rdbuf(buffer_.rdbuf())) {}
+    ~CapturedStderr() { std::cerr.rdbuf(previous_); }
+    std::string text() const { return buffer_.str(); }
+
+private:
+    std::ostringstream buffer_;
+    std::streambuf* previous_;
+};
+
+// A fresh config folder; its path is ASCII, so the 1251 text spells it the same.
+class ConfigFolder {
+public:
+    std::string dir() const { return folder_.path().string(); }
+    std::filesystem::path file(const std::string& name) const { return folder_.path() / name; }
+    std::string bytes(const std::string& name) const { return readBytes(file(name)); }
+    void put(const std::string& name, const std::string& text) const { writeBytes(file(name), text); }
+
+private:
+    vx::test::TempDir folder_;
+};
+
+} // namespace vx::config::test
