@@ -10,6 +10,7 @@
 #include <string>
 #include <vector>
 
+#include "config/control_config.h"
 #include "config/main_config.h"
 #include "core/state/stream_table.h"
 
@@ -53,6 +54,8 @@ struct AppState {
 
     config::MainConfig liveMainConfig;     // the copy the manager works on and dialogs edit
     config::MainConfig storedMainConfig;   // the copy loadConfig fills and saveConfig writes
+    config::MainConfigFolders mainConfigFolders;   // default folders, rebuilt by each loadConfig
+    config::ControlSrvConfig controlConfig;        // vx_control_config.json
 
     StreamTable streams;
 
