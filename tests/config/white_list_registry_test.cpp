@@ -1,0 +1,282 @@
+#include "config/white_list_registry.h"
+
+#include <gtest/gtest.h>
+
+#include "config/text_codec.h"
+#include "config/white_list_file.h"
+#include "white_list_test_files.h"
+
+namespace vx::config {
+namespace {
+
+using test::CapturedStderr;
+using test::ConfigFolder;
+
+const std::string defaultRegistry =
+    "{\n"
+    "\t\"whitelists\":[\n"
+    "\t\t{\n"
+    "\t\t\t\"name\":\"Empty\",\n"
+    "\t\t\t\"file\":\"empty.list.csv\"\n"
+    "\t\t}\n"
+    "\t]\n"
+    "}";
+
+std::string registryOf(const std::vector<std::pair<std::string, std::string>>& lists) {
+    WhiteListTable table;
+    for (const auto& [name, file] : lists) {
+        WhiteList list;
+        list.name = name;
+        list.file = file;
+        table.lists.push_back(list);
+    }
+    return whiteListsRegistryText(table);
+}
+
+std::vector<std::string> namesOf(const WhiteListTable& table) {
+    std::vector<std::string> names;
+    for (const WhiteList& list : table.lists) names.push_back(list.name);
+    return names;
+}
+
+TEST(WhiteListRegistry, TextShape) {
+    EXPECT_EQ(registryOf({{"Empty", "empty.list.csv"}}), defaultRegistry);
+    // Names and files go through the conversion only: a name is stored
+    // escaped already.
+    EXPECT_EQ(registryOf({{"Empty", "empty.list.csv"},
+                          {utf8ToCp1251("Двор \\\"А\\\""), "list1.list.csv"}}),
+              "{\n\t\"whitelists\":[\n"
+              "\t\t{\n\t\t\t\"name\":\"Empty\",\n\t\t\t\"file\":\"empty.list.csv\"\n\t\t},\n"
+              "\t\t{\n\t\t\t\"name\":\"Двор \\\"А\\\"\",\n\t\t\t\"file\":\"list1.list.csv\"\n\t\t}\n"
+              "\t]\n}");
+    EXPECT_EQ(registryOf({}), "{\n\t\"whitelists\":[\n\t]\n}");
+}
+
+TEST(WhiteListRegistry, FirstStartWritesBothDefaultFiles) {
+    ConfigFolder folder;
+    WhiteListTable table;
+    CapturedStderr err;
+    loadAllWhiteLists(table, folder.dir());
+    EXPECT_EQ(folder.bytes("vx_stream_config_whitelists.json"), defaultRegistry);
+    EXPECT_EQ(folder.bytes("empty.list.csv"), "ID,num,car,add\n");
+    EXPECT_EQ(namesOf(table), std::vector<std::string>{"Empty"});
+    EXPECT_EQ(table.lists[0].file, "empty.list.csv");
+    EXPECT_EQ(table.lookups.size(), 1u);
+    EXPECT_EQ(err.text(), "");
+}
+
+TEST(WhiteListRegistry, AnEmptyRegistryIsReplacedByTheDefault) {
+    ConfigFolder folder;
+    for (const char* registry : {"{\"whitelists\":[]}", "{}"}) {
+        folder.put("vx_stream_config_whitelists.json", registry);
+        WhiteListTable table;
+        loadAllWhiteLists(table, folder.dir());
+        EXPECT_EQ(folder.bytes("vx_stream_config_whitelists.json"), defaultRegistry) << registry;
+        EXPECT_EQ(namesOf(table), std::vector<std::string>{"Empty"});
+    }
+}
+
+TEST(WhiteListRegistry, LoadsEveryKindAndResolvesTheNestedLists) {
+    ConfigFolder folder;
+    folder.put("vx_stream_config_whitelists.json",
+               registryOf({{"Empty", "empty.list.csv"},
+                           {utf8ToCp1251("Двор"), "list1.list.csv"},
+                           {"Once", "list2.list.csv"},
+                           {"Ext", "list3.list.json"},
+                           {"Gone", "deleted.list.csv"}}));
+    folder.put("empty.list.csv", "ID,num,car,add\n");
+    folder.put("list1.list.csv", "ID,num,car,add\n0,A1,,,\n1,A2,,,\n");
+    folder.put("list2.list.csv", "ID,num,car,add,time1,time2\n0,B1,,,2024-01-01 00:00:00,x,\n");
+    const std::string nestedTail =
+        "\",\"permitted_access_days\":\"all_days\",\"permitted_access_time1\":\"00:00:00\","
+        "\"permitted_access_time2\":\"23:59:59\"}";
+    folder.put("list3.list.json", "{\"lists\":[{\"file\":\"list1.list.csv" + nestedTail +
+                                      ",{\"file\":\"list1.list.csv" + nestedTail +
+                                      ",{\"file\":\"list3.list.json" + nestedTail +
+                                      ",{\"file\":\"list2.list.csv" + nestedTail +
+                                      ",{\"file\":\"nowhere.list.csv" + nestedTail + "]}");
+    WhiteListTable table;
+    CapturedStderr err;
+    loadAllWhiteLists(table, folder.dir());
+    ASSERT_EQ(table.lists.size(), 5u);
+    EXPECT_EQ(table.lists[1].name, utf8ToCp1251("Двор"));
+    EXPECT_EQ(table.lists[1].entries.size(), 2u);
+    EXPECT_TRUE(table.lists[2].oneTime);
+    EXPECT_EQ(table.lists[2].entries.size(), 1u);
+    const WhiteList& ext = table.lists[3];
+    EXPECT_TRUE(ext.extended);
+    EXPECT_TRUE(ext.entries.empty());
+    // Nested twice, itself (skipped, then no other bears it), one-time, unknown.
+    EXPECT_EQ(ext.listIndexes, (std::vector<std::int32_t>{1, 1, -1, 2, -1}));
+    EXPECT_EQ(ext.lists[0].name, utf8ToCp1251("Двор"));
+    EXPECT_EQ(ext.lists[3].name, "Once");
+    EXPECT_EQ(ext.lists[4].name, "");
+    // A deleted file leaves its list with no rows.
+    EXPECT_EQ(table.lists[4].name, "Gone");
+    EXPECT_TRUE(table.lists[4].entries.empty());
+    EXPECT_EQ(err.text(), "loadWhiteList parse error in list3.list.json (extended?)\n");
+    EXPECT_EQ(table.lookups.size(), 5u);
+}
+
+TEST(WhiteListRegistry, AnExtendedListNamedInAnotherStaysUnresolved) {
+    WhiteListTable table;
+    table.lists.resize(3);
+    table.lists[1].file = "a.list.json";
+    table.lists[1].extended = true;
+    table.lists[2].file = "b.list.json";
+    table.lists[2].extended = true;
+    table.lists[2].lists.resize(1);
+    table.lists[2].lists[0].file = "a.list.json";
+    resolveExtendedWhiteLists(table);
+    EXPECT_EQ(table.lists[2].listIndexes, std::vector<std::int32_t>{-1});
+    EXPECT_EQ(table.lists[1].listIndexes, std::vector<std::int32_t>{});
+}
+
+struct RegistryCase {
+    const char* what;
+    std::string bytes;
+    std::vector<std::string> names;
+    std::string stderrText;
+    bool defaultOnly;
+};
+
+TEST(WhiteListRegistry, ReaderTable) {
+    const std::string leftAlone =
+        "[VX2S] loadWhiteListsList: vx_stream_config_whitelists.json is left as it stands\n";
+    const std::string typeError = "[VX2S] loadWhiteListsList parse error type \n";
+    const std::string two = registryOf({{"Empty", "empty.list.csv"}, {"A", "a.list.csv"}});
+    const std::vector<RegistryCase> cases = {
+        {"truncated", two.substr(0, 40), {"Empty"},
+         "[VX2S] loadWhiteListsList parse error at byte 41\n" + leftAlone, true},
+        {"not JSON at all", "ID,num,car,add\n", {"Empty"},
+         "[VX2S] loadWhiteListsList parse error at byte 1\n" + leftAlone, true},
+        {"a name that is a number", "{\"whitelists\":[{\"name\":1,\"file\":\"x\"}]}", {"Empty"},
+         typeError + leftAlone, true},
+        {"a type error after one list",
+         "{\"whitelists\":[{\"name\":\"Empty\",\"file\":\"empty.list.csv\"},{\"name\":\"B\"}]}",
+         {"Empty"}, typeError, false},
+        {"whitelists an object", "{\"whitelists\":{\"k\":{\"name\":\"Empty\",\"file\":\"e\"}}}",
+         {"Empty"}, "", false},
+        {"the document an array", "[]", {"Empty"}, typeError + leftAlone, true},
+    };
+    for (const RegistryCase& c : cases) {
+        SCOPED_TRACE(c.what);
+        ConfigFolder folder;
+        folder.put("vx_stream_config_whitelists.json", c.bytes);
+        WhiteListTable table;
+        CapturedStderr err;
+        loadAllWhiteLists(table, folder.dir());
+        EXPECT_EQ(namesOf(table), c.names);
+        EXPECT_EQ(err.text(), c.stderrText);
+        EXPECT_EQ(folder.bytes("vx_stream_config_whitelists.json"), c.bytes);
+        // With nothing read, the default list is in the table and on disk.
+        if (c.defaultOnly) {
+            EXPECT_EQ(folder.bytes("empty.list.csv"), "ID,num,car,add\n");
+        }
+    }
+}
+
+TEST(WhiteListRegistry, AListWithABadIdIsReadAsEmptyAndTheOthersStillLoad) {
+    ConfigFolder folder;
+    folder.put("vx_stream_config_whitelists.json",
+               registryOf({{"Empty", "empty.list.csv"}, {"Bad", "b.list.csv"}, {"Good", "g.list.csv"}}));
+    folder.put("b.list.csv", "ID,num,car,add\n0,A,,,\nx,B,,,\n");
+    folder.put("g.list.csv", "ID,num,car,add\n0,C,,,\n");
+    WhiteListTable table;
+    CapturedStderr err;
+    loadAllWhiteLists(table, folder.dir());
+    EXPECT_TRUE(table.lists[1].entries.empty());
+    EXPECT_EQ(table.lists[2].entries.size(), 1u);
+    EXPECT_EQ(err.text(), "[VX2S] loadWhiteList error in b.list.csv: invalid stoi argument\n");
+    // Nothing was written over the bad list.
+    EXPECT_EQ(folder.bytes("b.list.csv"), "ID,num,car,add\n0,A,,,\nx,B,,,\n");
+}
+
+TEST(WhiteListRegistry, AddWritesTheListAndTheRegistry) {
+    ConfigFolder folder;
+    WhiteListTable table;
+    loadAllWhiteLists(table, folder.dir());
+    folder.put("list1.list.csv", "taken");
+
+    EXPECT_EQ(addWhiteList(table, folder.dir(), utf8ToCp1251("Двор \"1\""), plainListKind), whiteListAdded);
+    EXPECT_EQ(table.lists[1].file, "list2.list.csv");
+    EXPECT_EQ(table.lists[1].name, utf8ToCp1251("Двор \\\"1\\\""));
+    EXPECT_EQ(table.fileCounter, 3);
+    EXPECT_FALSE(table.lists[1].dirty);
+    EXPECT_EQ(folder.bytes("list2.list.csv"), "ID,num,car,add\n");
+
+    EXPECT_EQ(addWhiteList(table, folder.dir(), "Once", oneTimeListKind), whiteListAdded);
+    EXPECT_EQ(folder.bytes("list3.list.csv"), "ID,num,car,add,time1,time2\n");
+    EXPECT_EQ(addWhiteList(table, folder.dir(), "", extendedListKind), whiteListAdded);
+    EXPECT_EQ(folder.bytes("list4.list.json"), "{\n\t\"lists\":[\n\t]\n}");
+    EXPECT_EQ(table.lookups.size(), 4u);
+    EXPECT_EQ(folder.bytes("vx_stream_config_whitelists.json"),
+              registryOf({{"Empty", "empty.list.csv"},
+                          {utf8ToCp1251("Двор \\\"1\\\""), "list2.list.csv"},
+                          {"Once", "list3.list.csv"},
+                          {"", "list4.list.json"}}));
+
+    EXPECT_EQ(addWhiteList(table, folder.dir(), "Once", plainListKind), whiteListNameExists);
+    EXPECT_EQ(addWhiteList(table, folder.dir(), "", plainListKind), whiteListNameExists);
+    EXPECT_EQ(table.lists.size(), 4u);
+
+    // A reload sees what the add wrote; the name comes back unescaped by the
+    // parser, and so would be written without its escapes the next time.
+    WhiteListTable reread;
+    CapturedStderr err;
+    loadAllWhiteLists(reread, folder.dir());
+    EXPECT_EQ(namesOf(reread), (std::vector<std::string>{"Empty", utf8ToCp1251("Двор \"1\""), "Once", ""}));
+    EXPECT_TRUE(reread.lists[2].oneTime);
+    EXPECT_TRUE(reread.lists[3].extended);
+}
+
+TEST(WhiteListRegistry, AddRefusesPastItsLimits) {
+    ConfigFolder folder;
+    WhiteListTable table;
+    table.lists.resize(maxWhiteLists);
+    EXPECT_EQ(addWhiteList(table, folder.dir(), "new", plainListKind), tooManyWhiteLists);
+
+    table.lists.resize(1);
+    for (int n = 1; n <= 1000; ++n) folder.put("list" + std::to_string(n) + ".list.csv", "");
+    EXPECT_EQ(addWhiteList(table, folder.dir(), "new", plainListKind), noFreeWhiteListFile);
+    EXPECT_EQ(table.lists.size(), 1u);
+    // The next try goes on from where the counter stood, past the taken names.
+    EXPECT_EQ(addWhiteList(table, folder.dir(), "new", plainListKind), whiteListAdded);
+    EXPECT_EQ(table.lists[1].file, "list1001.list.csv");
+    // An extended list looks for its own extension.
+    table.fileCounter = 1;
+    EXPECT_EQ(findFreeWhiteListFile(table, folder.dir(), ".list.json"), "list1.list.json");
+}
+
+TEST(WhiteListRegistry, DeleteRemovesFromTableRegistryAndDisk) {
+    ConfigFolder folder;
+    WhiteListTable table;
+    loadAllWhiteLists(table, folder.dir());
+    addWhiteList(table, folder.dir(), "A", plainListKind);
+    addWhiteList(table, folder.dir(), "B", plainListKind);
+    addWhiteList(table, folder.dir(), "E", extendedListKind);
+    NestedList nested;
+    nested.file = "list2.list.csv";
+    table.lists[3].lists.push_back(nested);
+    resolveExtendedWhiteLists(table);
+    EXPECT_EQ(table.lists[3].listIndexes, std::vector<std::int32_t>{2});
+
+    EXPECT_FALSE(deleteWhiteList(table, folder.dir(), 0));
+    EXPECT_FALSE(deleteWhiteList(table, folder.dir(), 4));
+    EXPECT_TRUE(deleteWhiteList(table, folder.dir(), 1));
+    EXPECT_FALSE(std::filesystem::exists(folder.file("list1.list.csv")));
+    EXPECT_EQ(namesOf(table), (std::vector<std::string>{"Empty", "B", "E"}));
+    EXPECT_EQ(table.lookups.size(), 3u);
+    EXPECT_EQ(table.lists[2].listIndexes, std::vector<std::int32_t>{1});
+    EXPECT_EQ(folder.bytes("vx_stream_config_whitelists.json"),
+              registryOf({{"Empty", "empty.list.csv"}, {"B", "list2.list.csv"}, {"E", "list3.list.json"}}));
+
+    // A list whose file names a folder takes no folder with it.
+    std::filesystem::create_directory(folder.file("sub"));
+    table.lists[1].file = "sub";
+    EXPECT_TRUE(deleteWhiteList(table, folder.dir(), 1));
+    EXPECT_TRUE(std::filesystem::is_directory(folder.file("sub")));
+}
+
+} // namespace
+} // namespace vx::config
