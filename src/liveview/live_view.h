@@ -1,0 +1,34 @@
+#pragma once
+// The live view's own state: the grid of the last drawing, what the mouse is
+// over, and the tile buttons' pictures. One object for the manager's window;
+// tests make their own. Every field is read and written under the stream
+// table's drawing lock, except buttonImages, which is filled once before the
+// first drawing and only read afterwards.
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include <opencv2/core/mat.hpp>
+
+#include "liveview/tile_grid.h"
+
+namespace vx::liveview {
+
+struct TileHover {
+    std::int32_t hoverTile = noTile;   // as tileAt gives it
+    std::int32_t hoverButton = -1;     // as buttonAt gives it
+    bool redrawNeeded = false;         // the hover changed; the zone must be drawn again
+};
+
+struct LiveView {
+    TileGrid grid;
+    TileHover hover;
+    std::vector<cv::Mat> buttonImages = std::vector<cv::Mat>(12);   // see interface_images.h
+    // A text over the zone's origin; nothing in the manager sets it.
+    bool statusOverlay = false;
+    std::string statusOverlayText;
+    // Counts the drawings, so that a late picture never replaces a newer one.
+    std::uint64_t drawSerial = 0;
+};
+
+} // namespace vx::liveview
