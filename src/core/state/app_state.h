@@ -12,6 +12,10 @@
 
 #include "config/control_config.h"
 #include "config/main_config.h"
+#include "config/camera_config.h"
+#include "config/messenger_config.h"
+#include "config/receiver_sample.h"
+#include "config/recognition_config.h"
 #include "core/state/stream_table.h"
 
 namespace vx::core {
@@ -56,6 +60,13 @@ struct AppState {
     config::MainConfig storedMainConfig;   // the copy loadConfig fills and saveConfig writes
     config::MainConfigFolders mainConfigFolders;   // default folders, rebuilt by each loadConfig
     config::ControlSrvConfig controlConfig;        // vx_control_config.json
+    config::RecognitionSrvConfig recognitionConfig;   // vx_recog_config_srv.json
+    config::MessengersConfig messengersConfig;        // vx_mess_config.json
+    // The copies the dialogs edit; the commands that open them copy back.
+    config::RecognitionSrvConfig recognitionDialogCopy;
+    config::MessengersConfig messengersDialogCopy;
+    std::vector<config::ReceiverSample> receiverSamples;   // "Custom" first, then receiversamples.json
+    config::CameraConfig workingCamera;   // the record loadCamera fills and saveCamera writes
 
     StreamTable streams;
 
