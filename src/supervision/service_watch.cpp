@@ -1,0 +1,45 @@
+#include "supervision/service_watch.h"
+
+#include <tbb/task_group.h>
+
+#include "maintenance/system_log.h"
+#include "supervision/service_launcher.h"
+#include "supervision/service_requests.h"
+
+namespace vx::supervision {
+
+tbb::task_group& requestTasks()
+{
+    // Never destroyed: a group that still has tasks at exit would complain.
+    static tbb::task_group* group = new tbb::task_group;
+    return *group;
+}
+
+void spawnRequest(std::function<void()> task)
+{
+    requestTasks().run(std::move(task));
+}
+
+void pollServices(const std::shared_ptr<ServiceContext>& context, const Spawn& spawn)
+{
+    VX_LOG(maintenance::logDebug, "inference request!");
+    spawn([context] { ThreadRequests(*context, "/FPS", false); });
+    if (context->shuttingDown)
+        return;
+    VX_LOG(maintenance::logDebug, "control request!");
+    spawn([context] { threadRequestsToDirect(*context, "/CheckRun", false); });
+    VX_LOG(maintenance::logDebug, "mes request!");
+    spawn([context] { threadRequestsToMes(*context, "/CheckRun", false); });
+}
+
+void watchServices(ServiceContext& context, bool messengerOn)
+{
+    if (context.process.find(serviceImageName(Service::recognition)) == 0)
+        startInference(context);
+    if (context.process.find(serviceImageName(Service::control)) == 0)
+        startControl(context);
+    if (messengerOn && context.process.find(serviceImageName(Service::messengers)) == 0)
+        startMes(context);
+}
+
+} // namespace vx::supervision
