@@ -1,0 +1,154 @@
+#include <gtest/gtest.h>
+
+#include "liveview/tile_grid.h"
+
+namespace vx::liveview {
+namespace {
+
+TEST(TileLayout, EmptyTableOnTheSmallestZone)
+{
+    const TileLayout layout = computeTileLayout(640, 480, 0);
+    EXPECT_EQ(layout.gap, 12);
+    EXPECT_EQ(layout.tile, 220);
+    EXPECT_EQ(layout.columns, 2);
+    EXPECT_EQ(layout.rows, 2);
+    EXPECT_EQ(layout.gapX, 66);   // (640 - 440) / 3
+    EXPECT_EQ(layout.gapY, 13);   // (480 - 440) / 3
+
+    TileGrid grid;
+    layoutTiles(grid, 640, 480, 0);
+    EXPECT_EQ(grid.zoneWidth, 640);
+    EXPECT_EQ(grid.zoneHeight, 480);
+    EXPECT_EQ(grid.tileSize, 220);
+    EXPECT_TRUE(grid.tileRects.empty());
+    EXPECT_EQ(grid.addTileRect, (TileRect{66, 13, 220, 220}));
+    EXPECT_EQ(grid.requestWidth, 320);
+    EXPECT_EQ(grid.requestHeight, 320);
+}
+
+TEST(TileLayout, OneStreamOnAWideZoneStillTakesTwoRows)
+{
+    const TileLayout layout = computeTileLayout(4000, 480, 1);
+    EXPECT_EQ(layout.rows, 2);
+    EXPECT_EQ(layout.tile, 220);
+}
+
+TEST(TileLayout, RowsGrowUntilTheTilesFit)
+{
+    // 1920 by 1040, 16 streams and the add tile: 17 places.
+    // r = 2: gap 26, tile 480, columns 3 -> 6; r = 3: gap 17, tile 324,
+    // columns 5 -> 15; r = 4: gap 13, tile 240, columns 7 -> 28.
+    const TileLayout layout = computeTileLayout(1920, 1040, 16);
+    EXPECT_EQ(layout.rows, 4);
+    EXPECT_EQ(layout.gap, 13);
+    EXPECT_EQ(layout.tile, 240);
+    EXPECT_EQ(layout.columns, 7);
+    EXPECT_EQ(layout.gapX, 30);   // (1920 - 1680) / 8
+    EXPECT_EQ(layout.gapY, 16);   // (1040 - 960) / 5
+}
+
+TEST(TileLayout, PlacesRunLeftToRightThenTopToBottom)
+{
+    TileLayout layout;
+    layout.tile = 100;
+    layout.columns = 3;
+    layout.gapX = 10;
+    layout.gapY = 5;
+    EXPECT_EQ(tilePosition(layout, 0), (TileRect{10, 5, 100, 100}));
+    EXPECT_EQ(tilePosition(layout, 2), (TileRect{230, 5, 100, 100}));
+    EXPECT_EQ(tilePosition(layout, 3), (TileRect{10, 110, 100, 100}));
+    EXPECT_EQ(tilePosition(layout, 7), (TileRect{120, 215, 100, 100}));
+}
+
+TEST(TileLayout, HundredStreamsPutTheAddTileBehindTheGrid)
+{
+    TileGrid grid;
+    const TileLayout layout = layoutTiles(grid, 1920, 1040, 100);
+    // The grid is sized for 100 places, the add tile takes the 101st.
+    EXPECT_GE(layout.columns * layout.rows, 100);
+    ASSERT_EQ(grid.tileRects.size(), 100u);
+    EXPECT_EQ(grid.addTileRect, tilePosition(layout, 100));
+    EXPECT_EQ(computeTileLayout(1920, 1040, 99).rows, layout.rows);
+}
+
+TEST(TileLayout, AZoneNarrowerThanOneTileRunsToTheRowLimit)
+{
+    // No column ever fits: 50 rows, with tile and columns of 49 rows.
+    const TileLayout layout = computeTileLayout(1, 480, 3);
+    EXPECT_EQ(layout.rows, 50);
+    EXPECT_EQ(layout.columns, 0);
+    EXPECT_EQ(layout.gap, 0);
+    EXPECT_EQ(layout.tile, 8);    // 480 / 49 = 9, down to a multiple of 4
+    EXPECT_EQ(layout.gapX, 1);
+    // Every place falls into the single column there is.
+    EXPECT_EQ(tilePosition(layout, 5).x, layout.gapX);
+
+    // Narrower than the first try's tile, but wide enough for later rows.
+    const TileLayout narrow = computeTileLayout(150, 480, 3);
+    EXPECT_GT(narrow.rows, 2);
+    EXPECT_GE(narrow.columns * narrow.rows, 4);
+    EXPECT_LE(narrow.tile, 150);
+}
+
+TEST(TileLayout, AZoneOfNoHeightHasNoTiles)
+{
+    TileGrid grid;
+    layoutTiles(grid, 640, 0, 2);
+    EXPECT_EQ(grid.tileSize, 0);
+    EXPECT_EQ(tileAt(grid, 0, 0), noTile);
+}
+
+TEST(TileAt, NothingBeforeTheFirstLayout)
+{
+    TileGrid grid;
+    grid.tileRects.push_back({0, 0, 100, 100});
+    EXPECT_EQ(tileAt(grid, 10, 10), noTile);
+}
+
+TEST(TileAt, LeftAndTopEdgesInsideRightAndBottomOutside)
+{
+    TileGrid grid;
+    layoutTiles(grid, 640, 480, 2);   // three places on 2 by 2
+    const TileRect first = grid.tileRects[0];
+    const TileRect second = grid.tileRects[1];
+    const TileRect add = grid.addTileRect;
+    ASSERT_EQ(first, (TileRect{66, 13, 220, 220}));
+    ASSERT_EQ(second, (TileRect{352, 13, 220, 220}));
+    ASSERT_EQ(add, (TileRect{66, 246, 220, 220}));
+
+    for (int i = 0; i < 2; ++i) {
+        const TileRect r = grid.tileRects[static_cast<std::size_t>(i)];
+        SCOPED_TRACE(i);
+        EXPECT_EQ(tileAt(grid, r.x, r.y), i);
+        EXPECT_EQ(tileAt(grid, r.x - 1, r.y), noTile);
+        EXPECT_EQ(tileAt(grid, r.x, r.y - 1), noTile);
+        EXPECT_EQ(tileAt(grid, r.x + r.width - 1, r.y + r.height - 1), i);
+        EXPECT_EQ(tileAt(grid, r.x + r.width, r.y + 10), noTile);
+        EXPECT_EQ(tileAt(grid, r.x + 10, r.y + r.height), noTile);
+    }
+    EXPECT_EQ(tileAt(grid, add.x, add.y), addTile);
+    EXPECT_EQ(tileAt(grid, add.x + add.width - 1, add.y + add.height - 1), addTile);
+    EXPECT_EQ(tileAt(grid, add.x + add.width, add.y), noTile);
+    EXPECT_EQ(tileAt(grid, add.x, add.y + add.height), noTile);
+    EXPECT_EQ(tileAt(grid, add.x - 1, add.y), noTile);
+    EXPECT_EQ(tileAt(grid, -1, -1), noTile);
+}
+
+TEST(TileAt, TheAddTileIsTestedFirst)
+{
+    TileGrid grid;
+    grid.addTileRect = {0, 0, 50, 50};
+    grid.tileRects.push_back({0, 0, 50, 50});
+    EXPECT_EQ(tileAt(grid, 10, 10), addTile);
+}
+
+TEST(MouseCoordinate, AboveSixtyThousandIsMinusOne)
+{
+    EXPECT_EQ(mouseCoordinate(60000), 60000);
+    EXPECT_EQ(mouseCoordinate(60001), -1);
+    EXPECT_EQ(mouseCoordinate(65535), -1);
+    EXPECT_EQ(mouseCoordinate(0), 0);
+}
+
+} // namespace
+} // namespace vx::liveview

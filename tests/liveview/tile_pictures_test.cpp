@@ -1,0 +1,241 @@
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+#include <opencv2/core.hpp>
+#include <opencv2/imgproc.hpp>
+
+#include "live_fixture.h"
+#include "liveview/interface_images.h"
+#include "liveview/overlay.h"
+#include "liveview/tile_hover.h"
+#include "liveview/tile_pictures.h"
+#include "liveview/zone_image.h"
+#include "support/temp_dir.h"
+
+namespace vx::liveview {
+namespace {
+
+class TilePictures : public ::testing::Test {
+protected:
+    void SetUp() override
+    {
+        test::ensureGuiApplication();
+        bool all = false;
+        view.buttonImages = loadButtonImages(test::sourceImagesFolder(), all);
+        ASSERT_TRUE(all);
+    }
+
+    cv::Vec3b pixel(const ZonePicture& zone, int x, int y) { return zone.pixels.at<cv::Vec3b>(y, x); }
+
+    core::StreamTable table;
+    LiveView view;
+    DrawHooks hooks;
+};
+
+TEST_F(TilePictures, EmptyTableShowsGrayZoneAndTheAddTile)
+{
+    const ZonePicture zone = drawCamera(table, view, 640, 480, hooks);
+    ASSERT_EQ(zone.pixels.size(), cv::Size(640, 480));
+    ASSERT_EQ(zone.pixels.type(), CV_8UC3);
+    EXPECT_EQ(pixel(zone, 0, 0), cv::Vec3b(128, 128, 128));
+    // The add tile at (66, 13): its frame, its ground, its plus sign.
+    EXPECT_EQ(pixel(zone, 66, 13), cv::Vec3b(253, 180, 0));
+    EXPECT_EQ(pixel(zone, 66 + 20, 13 + 20), cv::Vec3b(60, 40, 0));
+    EXPECT_EQ(pixel(zone, 66 + 110, 13 + 110), cv::Vec3b(253, 180, 0));
+    EXPECT_EQ(pixel(zone, 66 + 110, 13 + 80), cv::Vec3b(60, 40, 0));
+    EXPECT_EQ(view.grid.addTileRect, (TileRect{66, 13, 220, 220}));
+
+    // Hovered: a one-pixel rectangle in (0, 255, 255).
+    view.hover.hoverTile = addTile;
+    const ZonePicture hovered = drawCamera(table, view, -1, -1, hooks);
+    EXPECT_EQ(pixel(hovered, 66, 13), cv::Vec3b(0, 255, 255));
+    EXPECT_EQ(pixel(hovered, 66 + 1, 13 + 1), cv::Vec3b(253, 180, 0));
+    EXPECT_GT(hovered.serial, zone.serial);
+}
+
+TEST_F(TilePictures, MinusOneTakesTheStoredSize)
+{
+    EXPECT_EQ(drawCamera(table, view, -1, -1, hooks).pixels.size(), cv::Size(640, 480));
+    drawCamera(table, view, 800, 600, hooks);
+    EXPECT_EQ(drawCamera(table, view, -1, -1, hooks).pixels.size(), cv::Size(800, 600));
+}
+
+TEST_F(TilePictures, APictureIsStretchedOverTheTile)
+{
+    test::addSampleStream(table, 1);
+    table.withDrawLock([](std::vector<core::CameraRuntime>& records) {
+        records[0].image = cv::Mat(30, 300, CV_8UC3, cv::Scalar(10, 200, 30));
+        records[0].hasImage = true;
+        records[0].channel.window = 7;
+    });
+    const ZonePicture zone = drawCamera(table, view, 640, 480, hooks);
+    // Tile 0 at (66, 13), 220 square: the flat picture fills all of it
+    // (away from the title and the buttons).
+    EXPECT_EQ(pixel(zone, 66 + 110, 13 + 200), cv::Vec3b(10, 200, 30));
+    EXPECT_EQ(pixel(zone, 66 + 5, 13 + 110), cv::Vec3b(10, 200, 30));
+    EXPECT_EQ(pixel(zone, 66 + 200, 13 + 100), cv::Vec3b(10, 200, 30));
+}
+
+TEST_F(TilePictures, AStreamWithoutPictureIsBlackAndLooksForItsWindow)
+{
+    test::addSampleStream(table, 4);
+    int lookups = 0;
+    hooks.findWindow = [&lookups](const std::string&) {
+        ++lookups;
+        return platform::WindowHandle(42);
+    };
+    const ZonePicture zone = drawCamera(table, view, 640, 480, hooks);
+    EXPECT_EQ(pixel(zone, 66 + 200, 13 + 60), cv::Vec3b(0, 0, 0));
+    EXPECT_EQ(lookups, 1);
+    // The window found is kept in the table's channel.
+    EXPECT_EQ(table.record(0).channel.window, platform::WindowHandle(42));
+}
+
+TEST_F(TilePictures, ButtonsAreAddedOntoThePictureAndBrightenWhenHovered)
+{
+    test::addSampleStream(table, 1);
+    table.withDrawLock([](std::vector<core::CameraRuntime>& records) {
+        records[0].image = cv::Mat(100, 100, CV_8UC3, cv::Scalar(40, 40, 40));
+        records[0].hasImage = true;
+        records[0].channel.window = 7;
+    });
+    // Tile 220, b = 24; button 1 (settings) in the bottom right corner.
+    const int x = 66 + 220 - 24, y = 13 + 220 - 24;
+    const ZonePicture plain = drawCamera(table, view, 640, 480, hooks);
+    // The button's black corner leaves the picture as it was.
+    EXPECT_EQ(pixel(plain, x, y), cv::Vec3b(40, 40, 40));
+    const cv::Vec3b centre = pixel(plain, x + 12, y + 12);
+    EXPECT_GT(centre[0], 40);
+
+    ASSERT_TRUE(updateHover(table, view, x + 12, y + 12));
+    EXPECT_EQ(view.hover.hoverTile, 0);
+    EXPECT_EQ(view.hover.hoverButton, buttonSettings);
+    const ZonePicture hovered = drawCamera(table, view, -1, -1, hooks);
+    EXPECT_FALSE(view.hover.redrawNeeded);
+    EXPECT_EQ(pixel(hovered, 66, 13), cv::Vec3b(0, 255, 255));
+    const cv::Vec3b bright = pixel(hovered, x + 4, y + 12);
+    const cv::Vec3b dim = pixel(plain, x + 4, y + 12);
+    EXPECT_GT(int(bright[0]) + bright[1] + bright[2], int(dim[0]) + dim[1] + dim[2]);
+
+    // Same tile and button: nothing to redraw.
+    EXPECT_FALSE(updateHover(table, view, x + 13, y + 12));
+    EXPECT_TRUE(updateHover(table, view, 5, 5));
+    EXPECT_EQ(view.hover.hoverTile, noTile);
+    EXPECT_EQ(view.hover.hoverButton, noButton);
+}
+
+TEST_F(TilePictures, AMissingRunPictureLeavesTheButtonInvisibleButClickable)
+{
+    test::addSampleStream(table, 1);
+    view.buttonImages[imageRun] = cv::Mat();
+    table.withDrawLock([](std::vector<core::CameraRuntime>& records) {
+        records[0].image = cv::Mat(100, 100, CV_8UC3, cv::Scalar(40, 40, 40));
+    });
+    const ZonePicture zone = drawCamera(table, view, 640, 480, hooks);
+    EXPECT_EQ(pixel(zone, 66 + 12, 13 + 220 - 12), cv::Vec3b(40, 40, 40));
+    EXPECT_EQ(hitTest(table, view, 66 + 12, 13 + 220 - 12).button, buttonStartStop);
+}
+
+TEST_F(TilePictures, OddPicturesAndTinyTilesDrawWithoutFault)
+{
+    for (int id = 1; id <= 5; ++id)
+        test::addSampleStream(table, id);
+    table.withDrawLock([](std::vector<core::CameraRuntime>& records) {
+        records[0].image = cv::Mat(1, 1000, CV_8UC3, cv::Scalar(1, 2, 3));
+        records[1].image = cv::Mat(500, 2, CV_8UC1, cv::Scalar(9));
+        records[2].image = cv::Mat(50, 50, CV_16UC3, cv::Scalar(1000, 2000, 3000));
+        records[3].image = cv::Mat(40, 40, CV_8UC4, cv::Scalar(5, 6, 7, 8));
+        records[4].control.buttonOpen = true;
+        records[4].control.buttonClose = true;
+    });
+    view.buttonImages[imageDelete] = cv::Mat(10, 10, CV_16UC3, cv::Scalar(65535, 0, 0));
+    view.buttonImages[imageDirect] = cv::Mat(10, 10, CV_8UC1, cv::Scalar(255));
+    view.buttonImages[imageRecognition] = cv::Mat(7, 3, CV_8UC3, cv::Scalar(0, 0, 255));
+    for (const cv::Size size : {cv::Size(640, 480), cv::Size(100, 60), cv::Size(20, 480), cv::Size(1, 1),
+                                cv::Size(0, 0), cv::Size(3000, 40)}) {
+        SCOPED_TRACE(size.width);
+        const ZonePicture zone = drawCamera(table, view, size.width, size.height, hooks);
+        EXPECT_FALSE(zone.pixels.empty());
+    }
+    // A tile below 32 pixels: no buttons to hit anywhere on it.
+    drawCamera(table, view, 100, 60, hooks);
+    ASSERT_LT(view.grid.tileSize, 32);
+    const TileRect r = view.grid.tileRects[4];
+    for (int x = r.x; x < r.x + r.width; ++x)
+        for (int y = r.y; y < r.y + r.height; ++y)
+            ASSERT_EQ(hitTest(table, view, x, y).button, noButton);
+}
+
+TEST_F(TilePictures, HundredStreamsClipTheAddTileToTheZone)
+{
+    for (int id = 0; id < 100; ++id)
+        test::addSampleStream(table, id);
+    for (const cv::Size size : {cv::Size(1920, 1040), cv::Size(640, 480), cv::Size(700, 481)}) {
+        const ZonePicture zone = drawCamera(table, view, size.width, size.height, hooks);
+        EXPECT_EQ(zone.pixels.size(), size);
+        EXPECT_EQ(view.grid.tileRects.size(), 100u);
+    }
+}
+
+TEST_F(TilePictures, ClicksFindTilesAndButtonsOfTheLastDrawing)
+{
+    test::addSampleStream(table, 3);
+    EXPECT_EQ(hitTest(table, view, 100, 100).tile, noTile);   // nothing drawn yet
+    drawCamera(table, view, 640, 480, hooks);
+    EXPECT_EQ(hitTest(table, view, 70, 20).tile, 0);
+    EXPECT_EQ(hitTest(table, view, 70, 20).button, noButton);
+    const TileHit add = hitTest(table, view, 352 + 5, 13 + 5);
+    EXPECT_EQ(add.tile, addTile);
+    EXPECT_EQ(add.button, noButton);
+    EXPECT_EQ(hitTest(table, view, 65535, 20).tile, noTile);
+}
+
+TEST(ZoneImage, SharesThePixelsAndKeepsThemAlive)
+{
+    QImage image;
+    const uchar* data = nullptr;
+    {
+        cv::Mat zone(4, 6, CV_8UC3, cv::Scalar(1, 2, 3));
+        data = zone.data;
+        image = zoneImage(zone);
+    }
+    ASSERT_FALSE(image.isNull());
+    EXPECT_EQ(image.constBits(), data);
+    EXPECT_EQ(image.size(), QSize(6, 4));
+    EXPECT_EQ(image.pixelColor(5, 3), QColor(3, 2, 1));
+    EXPECT_TRUE(zoneImage(cv::Mat(2, 2, CV_8UC4)).isNull());
+}
+
+TEST(InterfaceImages, AllTwelveFromTheSourceTree)
+{
+    core::StatusText status;
+    LiveView view;
+    EXPECT_TRUE(loadInterfaceImages(view, test::sourceImagesFolder(), status));
+    ASSERT_EQ(view.buttonImages.size(), 12u);
+    for (const cv::Mat& image : view.buttonImages) {
+        EXPECT_FALSE(image.empty());
+        EXPECT_EQ(image.channels(), 4);
+    }
+    EXPECT_EQ(status.get(), "");
+}
+
+TEST(InterfaceImages, AMissingFileKeepsItsPlaceAndSaysSoOnce)
+{
+    test::TempDir dir;
+    for (std::size_t i = 0; i < buttonImageFiles.size(); ++i)
+        if (i != imageRun)
+            std::filesystem::copy_file(test::sourceImagesFolder() + "/" + buttonImageFiles[i],
+                                       dir.path() / buttonImageFiles[i]);
+    core::StatusText status;
+    LiveView view;
+    EXPECT_FALSE(loadInterfaceImages(view, dir.path(), status));
+    ASSERT_EQ(view.buttonImages.size(), 12u);
+    EXPECT_TRUE(view.buttonImages[imageRun].empty());
+    EXPECT_FALSE(view.buttonImages[imageStop].empty());
+    EXPECT_EQ(status.get(), missingImagesText());
+    EXPECT_EQ(missingImagesText().size(), 70u);   // one byte per letter in Windows-1251
+}
+
+} // namespace
+} // namespace vx::liveview
