@@ -1,10 +1,14 @@
 // The manager's entry: one instance per session, the executable's folder as
 // working directory, then the window and its event loop.
 #include <QApplication>
+#include <QSocketNotifier>
+#include <QTimer>
 #include <memory>
 
 #include "core/state/app_state.h"
 #include "core/version.h"
+#include "maintenance/system_log.h"
+#include "platform/end_request.h"
 #include "platform/named_lock.h"
 #include "platform/paths.h"
 #include "platform/single_instance.h"
@@ -30,7 +34,20 @@ int main(int argc, char* argv[])
     ui::MainWindow window(state);
     if (!window.create())
         return 0;
+    // SIGTERM or SIGINT from an operator posts the same teardown as the
+    // menu's "Выход", so a `kill` ends the manager as cleanly as the menu.
+    std::unique_ptr<QSocketNotifier> endNotifier;
+    if (const int fd = platform::endRequestDescriptor(); fd >= 0) {
+        endNotifier = std::make_unique<QSocketNotifier>(fd, QSocketNotifier::Read);
+        QObject::connect(endNotifier.get(), &QSocketNotifier::activated, &window, [&window] {
+            platform::drainEndRequests();
+            QTimer::singleShot(0, &window, [&window] { window.teardown(); });
+        });
+    }
     window.show();
     const int result = app.exec();
+    // "Close" is the last line of the system log; then the system log and
+    // the performance log go, in that order.
+    maintenance::closeLogs();
     return result;
 }

@@ -7,6 +7,7 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QMenuBar>
+#include <QMessageBox>
 #include <QPainter>
 #include <QPixmap>
 #include <QPushButton>
@@ -21,6 +22,7 @@
 #include <tbb/global_control.h>
 
 #include "core/global_commands.h"
+#include "core/startup.h"
 #include "core/status_panels.h"
 #include "core/timer_thread.h"
 #include "core/window_placement.h"
@@ -73,6 +75,7 @@ std::vector<core::Rect> monitorWorkAreas()
 MainWindow::MainWindow(core::AppState& state, QWidget* parent) : QMainWindow(parent), state_(state)
 {
     actions_.launch = core::launchAsync;
+    actions_.saveMainConfig = [this] { core::saveMainConfig(state_); };
     setWindowTitle(literal(windowTitleText));
     setWindowIcon(QIcon(imagePath("vexlane.png")));
 }
@@ -104,6 +107,9 @@ bool MainWindow::create()
     if (tray_)
         tray_->show();
 
+    if (!runConfigSteps())
+        return true;   // the posted teardown ends the program from the event loop
+
     openEndpoint();
     startTick();
     {
@@ -134,6 +140,28 @@ bool MainWindow::create()
     placeWindow();
     layoutTiles();
     state_.createFinished = true;
+    return true;
+}
+
+bool MainWindow::runConfigSteps()
+{
+    core::StartupHooks hooks;
+    hooks.showMessage = [this](const std::string& title, const std::string& text) {
+        QMessageBox::critical(this, toQString(title), toQString(text));
+    };
+    // Posted, not run here: the teardown comes from the event loop.
+    hooks.postTeardown = [this] { QTimer::singleShot(0, this, [this] { teardown(); }); };
+    hooks.setAutorunTick = [this](bool ticked) {
+        if (QAction* autorun = menuAction(idTrayAutorun))
+            autorun->setChecked(ticked);
+    };
+    if (!core::loadMainConfigStep(state_, hooks))
+        return false;
+    core::openLogs(state_);
+    // The video quota object (videoPath, maxSizeVideoDirectoryMb) is made here.
+    core::setLogThreshold(state_);
+    // The streams, then the recognition config, are loaded here.
+    core::loadControlConfigStep(state_, hooks);
     return true;
 }
 

@@ -63,6 +63,9 @@ protected:
     void resizeEvent(QResizeEvent* event) override;
 
 private:
+    // Main config, logs, threshold and control config of the create handler;
+    // false when the main config failed (message shown, teardown posted).
+    bool runConfigSteps();
     void buildMainMenu();
     void buildTray();
     QWidget* buildMainDialog();

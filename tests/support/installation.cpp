@@ -12,6 +12,10 @@ Installation::Installation(const std::string& folderName) : folder_(root_.path()
     for (const auto& entry : fs::directory_iterator(VEXLANE_BIN_DIR))
         fs::copy(entry.path(), folder_ / entry.path().filename(),
                  fs::copy_options::recursive | fs::copy_options::overwrite_existing);
+    // As an installation ships: the manager writes into these, it doesn't
+    // make them.
+    fs::create_directories(configs());
+    fs::create_directories(logs());
 }
 
 std::unique_ptr<ChildProcess> Installation::startManager() const

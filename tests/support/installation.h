@@ -1,7 +1,8 @@
 #pragma once
 // A throw-away installation of the manager for integration tests: the built
 // executables and images/ copied into a fresh folder (copied, not linked,
-// because the manager takes its folder from its own executable's path).
+// because the manager takes its folder from its own executable's path), with
+// empty configs/ and logs/ folders.
 #include <filesystem>
 #include <functional>
 #include <memory>
