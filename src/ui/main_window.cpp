@@ -23,10 +23,12 @@
 
 #include "core/global_commands.h"
 #include "core/startup.h"
+#include "core/startup_streams.h"
 #include "core/status_panels.h"
 #include "core/timer_thread.h"
 #include "core/window_placement.h"
 #include "config/text_codec.h"
+#include "config/white_list_registry.h"
 #include "ui/qt_text.h"
 
 namespace vx::ui {
@@ -160,8 +162,14 @@ bool MainWindow::runConfigSteps()
     core::openLogs(state_);
     // The video quota object (videoPath, maxSizeVideoDirectoryMb) is made here.
     core::setLogThreshold(state_);
-    // The streams, then the recognition config, are loaded here.
+    core::loadStreams(state_);
+    // The settings migration, when it exists, runs between the streams and
+    // the recognition config.
+    core::loadRecognitionConfigStep(state_, hooks);
     core::loadControlConfigStep(state_, hooks);
+    core::loadReceiverSamplesStep(state_);
+    config::loadAllWhiteLists(config::whiteListTable(), state_.ConfigDirectory);
+    core::loadMessengersStep(state_);
     return true;
 }
 
