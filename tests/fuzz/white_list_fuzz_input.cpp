@@ -1,0 +1,135 @@
+#include "white_list_fuzz_input.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iostream>
+#include <random>
+#include <streambuf>
+#include <string>
+
+#include "config/comma_split.h"
+#include "config/plate_normalise.h"
+#include "config/white_list_day_rule.h"
+#include "config/white_list_file.h"
+#include "config/white_list_registry.h"
+
+namespace vx::config::fuzz {
+namespace {
+
+// A stream buffer that takes everything and keeps nothing.
+class NullBuffer : public std::streambuf {
+protected:
+    int overflow(int c) override { return c; }
+    std::streamsize xsputn(const char*, std::streamsize n) override { return n; }
+};
+
+class SilencedStderr {
+public:
+    SilencedStderr() : previous_(std::cerr.rdbuf(&buffer_)) {}
+    ~SilencedStderr() { std::cerr.rdbuf(previous_); }
+    SilencedStderr(const SilencedStderr&) = delete;
+    SilencedStderr& operator=(const SilencedStderr&) = delete;
+
+private:
+    NullBuffer buffer_;
+    std::streambuf* previous_;
+};
+
+// The folder of this process's inputs, removed at exit.
+const std::filesystem::path& fuzzFolder() {
+    static const std::filesystem::path folder = [] {
+        std::random_device random;
+        const auto path = std::filesystem::temp_directory_path() /
+                          ("vexlane-wl-fuzz-" + std::to_string(random()));
+        std::atexit([] { std::error_code ignored; std::filesystem::remove_all(fuzzFolder(), ignored); });
+        return path;
+    }();
+    return folder;
+}
+
+void put(const std::filesystem::path& path, const std::string& bytes) {
+    std::ofstream out(path, std::ios::binary | std::ios::trunc);
+    out << bytes;
+}
+
+void check(bool condition, const char* what) {
+    if (condition) return;
+    std::fprintf(stderr, "white list fuzz input: %s\n", what);
+    std::abort();
+}
+
+std::string rowsText(const WhiteList& list) {
+    std::string text;
+    for (const WhiteListEntry& row : list.entries)
+        text += std::to_string(row.ID) + '\x1f' + row.num + '\x1f' + row.car + '\x1f' + row.add + '\n';
+    return text;
+}
+
+// A file name that stays inside the folder and names no device.
+bool plainFileName(const std::string& file) {
+    return !file.empty() && file != "." && file != ".." && file.find('/') == std::string::npos &&
+           file.find('\\') == std::string::npos;
+}
+
+void readAsLists(const std::string& dir, const std::string& input) {
+    put(dir + "/a.list.csv", input);
+    put(dir + "/b.list.json", input);
+    WhiteListTable table;
+    table.lists.resize(3);
+    table.lists[0].file = "empty.list.csv";
+    table.lists[1].file = "a.list.csv";
+    table.lists[2].file = "b.list.json";
+    saveWhiteListsList(table, dir);
+    saveWhiteList(table, dir, 0);
+    loadAllWhiteLists(table, dir);
+    check(table.lists.size() == 3, "the registry lost a list");
+
+    // A plain or one-time list written back and read again keeps every row.
+    const WhiteList& read = table.lists[1];
+    if (read.extended) return;
+    saveWhiteList(table, dir, 1);
+    WhiteListTable again;
+    again.lists.resize(1);
+    again.lists[0].file = "a.list.csv";
+    check(loadWhiteList(again, dir, 0) == whiteListRead, "a saved list isn't CSV");
+    check(again.lists[0].oneTime == read.oneTime, "a saved list changed its kind");
+    check(rowsText(again.lists[0]) == rowsText(read), "a saved list changed its rows");
+}
+
+void readAsRegistry(const std::string& dir, const std::string& input) {
+    put(dir + "/vx_stream_config_whitelists.json", input);
+    WhiteListTable table;
+    loadWhiteListsList(table, dir);
+    // The load of all lists opens the files the registry names; keep it to
+    // names inside the folder, so an input can't make it read a device.
+    for (const WhiteList& list : table.lists)
+        if (!plainFileName(list.file)) return;
+    loadAllWhiteLists(table, dir);
+    check(!table.lists.empty(), "the load of all lists left no list");
+    resolveExtendedWhiteLists(table);
+}
+
+} // namespace
+
+void readWhiteListFuzzInput(const std::uint8_t* data, std::size_t size) {
+    const std::string input(reinterpret_cast<const char*>(data), size);
+    SilencedStderr silenced;
+    // Every file of the folder is written afresh by each input before it is
+    // read, so the folder is made once and not emptied.
+    std::error_code ignored;
+    std::filesystem::create_directories(fuzzFolder(), ignored);
+    const std::string dir = fuzzFolder().string();
+
+    readAsLists(dir, input);
+    readAsRegistry(dir, input);
+
+    check(normalisePlate(input).size() == input.size(), "normalisePlate changed the length");
+    const DayRule rule = parseDayRule(input);
+    check(rule.kind >= 0 && rule.kind <= 2, "a day rule of no kind");
+    if (rule.kind == 1) check(parseDayRule(dayListText(rule.days)).days == rule.days, "day list");
+    splitAtCommas(input);
+}
+
+} // namespace vx::config::fuzz
