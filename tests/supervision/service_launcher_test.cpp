@@ -1,0 +1,156 @@
+#include <gtest/gtest.h>
+
+#include <httplib.h>
+
+#include "config/text_codec.h"
+#include "service_test_support.h"
+#include "supervision/service_launcher.h"
+
+namespace vx::supervision {
+namespace {
+
+using config::utf8ToCp1251;
+
+TEST(ServiceCommandLines, AreBuiltExactly)
+{
+    const std::string configs = utf8ToCp1251("/opt/вх сист/configs");
+    const std::string logs = utf8ToCp1251("/opt/вх сист/logs");
+    EXPECT_EQ(inferenceCommandLine(configs, logs),
+              "vxInference \"" + configs + "/vx_recog_config_srv.json\" \"" + logs + "/vxInferenceLog.txt\"");
+    EXPECT_EQ(controlCommandLine(), "vxControl ");
+    EXPECT_EQ(mesCommandLine(configs, logs, 3),
+              "vxMes \"" + configs + "/vx_mess_config.json\" \"" + logs + "/vxMes.txt\"");
+    EXPECT_EQ(mesCommandLine(configs, logs, 2),
+              "vxMes \"" + configs + "/vx_mess_config.json\" \"" + logs + "/vxMes.txt\" -logging");
+    EXPECT_EQ(mesCommandLine("c", "l", 0), "vxMes \"c/vx_mess_config.json\" \"l/vxMes.txt\" -logging");
+}
+
+// A process that "ends" after a given wait or runs on.
+class FakeProcess : public platform::StartedProcess {
+public:
+    FakeProcess(bool ends, int code, std::vector<int>& waits) : ends_(ends), code_(code), waits_(waits) {}
+    long pid() const override { return 4242; }
+    bool waitForExit(int timeoutMs) override
+    {
+        waits_.push_back(timeoutMs);
+        return ends_;
+    }
+    int exitCode() const override { return code_; }
+
+private:
+    bool ends_;
+    int code_;
+    std::vector<int>& waits_;
+};
+
+struct Outcome {
+    bool started;
+    bool ends;
+    int code;
+};
+
+class StartRoutines : public ::testing::Test {
+protected:
+    void SetUp() override
+    {
+        services.settings.baseDirectory = "/opt/vx";
+        services.settings.configDirectory = utf8ToCp1251("/opt/vx/конфиг");
+        services.settings.systemLogPath = "/opt/vx/logs";
+        services.settings.recognitionPort = 4001;
+        services.settings.controlPort = 4002;
+        services.settings.mesPort = 4003;
+        services->process.start = [this](const platform::ProcessStartInfo& info) -> std::unique_ptr<platform::StartedProcess> {
+            starts.push_back(info);
+            if (!outcome.started)
+                return nullptr;
+            return std::make_unique<FakeProcess>(outcome.ends, outcome.code, waits);
+        };
+    }
+    test::LogCapture log{0};
+    test::TestServices services;
+    Outcome outcome{true, false, 0};
+    std::vector<platform::ProcessStartInfo> starts;
+    std::vector<int> waits;
+};
+
+TEST_F(StartRoutines, StartInTheBaseFolderWithTheirOwnOptions)
+{
+    startInference(*services);
+    startControl(*services);
+    services.settings.logThreshold = 2;
+    startMes(*services);
+    ASSERT_EQ(starts.size(), 3u);
+    // The command line reaches the platform as UTF-8.
+    EXPECT_EQ(starts[0].commandLine,
+              "vxInference \"/opt/vx/конфиг/vx_recog_config_srv.json\" \"/opt/vx/logs/vxInferenceLog.txt\"");
+    EXPECT_EQ(starts[1].commandLine, "vxControl ");
+    EXPECT_EQ(starts[2].commandLine,
+              "vxMes \"/opt/vx/конфиг/vx_mess_config.json\" \"/opt/vx/logs/vxMes.txt\" -logging");
+    for (const auto& info : starts) {
+        EXPECT_EQ(info.workingDirectory, "/opt/vx");
+        EXPECT_EQ(info.searchFolder, "/opt/vx");
+    }
+    EXPECT_FALSE(starts[0].inheritHandles);
+    EXPECT_FALSE(starts[0].noConsole);
+    EXPECT_FALSE(starts[1].inheritHandles);
+    EXPECT_TRUE(starts[2].inheritHandles);
+    EXPECT_TRUE(starts[2].noConsole);
+    EXPECT_EQ(waits, (std::vector<int>{5000, 5000, 5000}));
+}
+
+TEST_F(StartRoutines, LogWhatCameOfTheStart)
+{
+    outcome = {true, false, 0};
+    startInference(*services);
+    outcome = {true, true, 0};
+    startControl(*services);
+    outcome = {true, true, 3};
+    startMes(*services);
+    outcome = {false, false, 0};
+    startInference(*services);   // nothing logged for a start that failed
+    EXPECT_EQ(log.lines(),
+              (std::vector<std::string>{
+                  "[INFO]vxInference restarted 5 second ago!",
+                  "[ERROR]vxControl" + utf8ToCp1251(" - процесс завершился спустя менее 5 секунд после старта"),
+                  "[ERROR]vxMes" +
+                      utf8ToCp1251(" - процесс завершился спустя менее 5 секунд после старта с ошибкой: ") + "3",
+              }));
+}
+
+TEST_F(StartRoutines, RebuildTheClientInEveryCase)
+{
+    for (const Outcome o : {Outcome{true, false, 0}, Outcome{true, true, 3}, Outcome{false, false, 0}}) {
+        outcome = o;
+        const auto recognition = services->clients.clientRecognition.load();
+        const auto control = services->clients.clientControl.load();
+        const auto mes = services->clients.clientMes.load();
+        startInference(*services);
+        startControl(*services);
+        startMes(*services);
+        EXPECT_NE(services->clients.clientRecognition.load(), nullptr);
+        EXPECT_NE(services->clients.clientRecognition.load(), recognition);
+        EXPECT_NE(services->clients.clientControl.load(), control);
+        EXPECT_NE(services->clients.clientMes.load(), mes);
+    }
+}
+
+TEST(HttpClients, MessengerClientIsSharedTheOthersReplaced)
+{
+    ServiceClients clients;
+    initHTTPClientMes(clients, 5000);
+    const std::shared_ptr<httplib::Client> held = clients.clientMes.load();
+    initHTTPClientMes(clients, 5001);
+    // A worker that holds the old client finishes on it.
+    EXPECT_TRUE(held->is_valid());
+    EXPECT_NE(clients.clientMes.load(), held);
+
+    initHTTPClient(clients, 6000);
+    initHTTPClientDirect(clients, 6001);
+    stopClients(clients);
+    EXPECT_EQ(clients.clientRecognition.load(), nullptr);
+    EXPECT_EQ(clients.clientControl.load(), nullptr);
+    EXPECT_NE(clients.clientMes.load(), nullptr);
+}
+
+} // namespace
+} // namespace vx::supervision

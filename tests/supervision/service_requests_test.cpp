@@ -1,0 +1,282 @@
+#include <gtest/gtest.h>
+
+#include <mutex>
+#include <set>
+#include <thread>
+
+#include <httplib.h>
+
+#include "service_test_support.h"
+#include "supervision/service_launcher.h"
+#include "supervision/service_requests.h"
+#include "supervision/service_watch.h"
+#include "support/installation.h"
+
+namespace vx::supervision {
+namespace {
+
+// A service inside the test: answers on a loopback port and notes what it got.
+class LocalService {
+public:
+    LocalService()
+    {
+        port_ = server_.bind_to_any_port("127.0.0.1");
+        server_.set_logger([this](const httplib::Request& req, const httplib::Response&) {
+            std::lock_guard<std::mutex> lock(mutex_);
+            std::string text = req.method + " " + req.path;
+            for (const auto& [k, v] : req.params)
+                text += " " + k + "=" + v;
+            requests_.push_back(text);
+        });
+        server_.Get("/FPS", [this](const httplib::Request&, httplib::Response& res) {
+            std::lock_guard<std::mutex> lock(mutex_);
+            res.status = fpsStatus_;
+            res.set_content(fpsBody_, "application/json");
+        });
+        auto ok = [](const httplib::Request&, httplib::Response& res) { res.set_content("OK", "text/plain"); };
+        server_.Get("/CheckRun", ok);
+        server_.Get("/StopServer", ok);
+        server_.Get("/UpdateConfig", ok);
+        server_.Post("/GenerateReport", ok);
+        server_.Post("/HandSignal", ok);
+        thread_ = std::thread([this] { server_.listen_after_bind(); });
+        // Bound already, so early connections wait in the backlog; this only
+        // keeps the first request from racing the accept loop's start.
+        test::waitFor([this] { return server_.is_running(); }, 2000);
+    }
+    ~LocalService()
+    {
+        server_.stop();
+        thread_.join();
+    }
+    int port() const { return port_; }
+    void answerFps(int status, const std::string& body)
+    {
+        std::lock_guard<std::mutex> lock(mutex_);
+        fpsStatus_ = status;
+        fpsBody_ = body;
+    }
+    std::vector<std::string> requests()
+    {
+        std::lock_guard<std::mutex> lock(mutex_);
+        return requests_;
+    }
+
+private:
+    httplib::Server server_;
+    std::thread thread_;
+    int port_ = 0;
+    std::mutex mutex_;
+    int fpsStatus_ = 200;
+    std::string fpsBody_ = "{\"fps\":17}";
+    std::vector<std::string> requests_;
+};
+
+class Workers : public ::testing::Test {
+protected:
+    void SetUp() override
+    {
+        services.settings.recognitionPort = service.port();
+        services.settings.controlPort = service.port();
+        services.settings.mesPort = service.port();
+        services->process.find = [this](const std::string& name) {
+            finds.push_back(name);
+            return foundPid;
+        };
+        services->process.terminate = [this](long pid) {
+            terminated.push_back(pid);
+            return true;
+        };
+        services->process.start = [this](const platform::ProcessStartInfo& info) {
+            starts.push_back(info.commandLine);
+            return std::unique_ptr<platform::StartedProcess>();
+        };
+        initHTTPClient(*services);
+        initHTTPClientDirect(*services);
+        initHTTPClientMes(*services);
+    }
+    // The request log, with the poll's requests in the order they came.
+    test::LogCapture log{0};
+    LocalService service;
+    test::TestServices services;
+    long foundPid = 0;
+    std::vector<std::string> finds;
+    std::vector<long> terminated;
+    std::vector<std::string> starts;
+};
+
+TEST_F(Workers, FpsPublishesWhatTheReplySays)
+{
+    struct Case {
+        int status;
+        std::string body;
+        int fps;
+        std::vector<std::string> lines;
+    };
+    const std::vector<Case> cases = {
+        {200, "{\"fps\":17}", 17, {"[DEBUG]ThreadRequests res 200", "[DEBUG]ThreadRequests JSON {\"fps\":17}"}},
+        {200, "{}", 0, {"[DEBUG]ThreadRequests res 200", "[DEBUG]ThreadRequests JSON {}"}},
+        {200, "[1]", -1, {"[DEBUG]ThreadRequests res 200", "[DEBUG]ThreadRequests JSON [1]", "[ERROR]ThreadRequests JSON ..."}},
+        {200, "{\"fps\":\"many\"}", -1,
+         {"[DEBUG]ThreadRequests res 200", "[DEBUG]ThreadRequests JSON {\"fps\":\"many\"}", "[ERROR]ThreadRequests JSON ..."}},
+        {200, "garbage", -1, {"[DEBUG]ThreadRequests res 200", "[ERROR]ThreadRequests JSON parse_error"}},
+        {503, "{\"fps\":9}", -1, {"[DEBUG]ThreadRequests res 503"}},
+    };
+    for (const Case& c : cases) {
+        test::LogCapture caseLog{0};
+        services.fpsRecognition = 99;
+        service.answerFps(c.status, c.body);
+        ThreadRequests(*services, "/FPS", false);
+        EXPECT_EQ(services.fpsRecognition, c.fps) << c.body;
+        std::vector<std::string> expected{"[DEBUG]ThreadRequests /FPS"};
+        expected.insert(expected.end(), c.lines.begin(), c.lines.end());
+        expected.push_back("[TRACE]statusInferenceServer:" + std::to_string(c.fps));
+        EXPECT_EQ(caseLog.lines(), expected) << c.body;
+    }
+    EXPECT_TRUE(finds.empty());
+}
+
+TEST_F(Workers, CheckRunCountsAnyReplyAndNoReply)
+{
+    threadRequestsToDirect(*services, "/CheckRun", false);
+    threadRequestsToMes(*services, "/CheckRun", false);
+    EXPECT_EQ(services.statusControl, 0);
+    EXPECT_EQ(services.statusMes, 0);
+    EXPECT_TRUE(log.has("[DEBUG]ThreadRequestsToDirect res 200"));
+    EXPECT_TRUE(log.has("[DEBUG]threadRequestsToMes res 200"));
+
+    // A path the service doesn't know still answers (404): alive.
+    services.statusControl = -1;
+    services.settings.controlPort = service.port();
+    threadRequestsToDirect(*services, "/Unknown", false);
+    EXPECT_TRUE(log.has("[DEBUG]ThreadRequestsToDirect res 404"));
+
+    // Nobody on the port: no reply.
+    const int deadPort = test::freeLoopbackPort();
+    initHTTPClientDirect(services->clients, deadPort);
+    initHTTPClientMes(services->clients, deadPort);
+    threadRequestsToDirect(*services, "/CheckRun", false);
+    threadRequestsToMes(*services, "/CheckRun", false);
+    EXPECT_EQ(services.statusControl, -1);
+    EXPECT_EQ(services.statusMes, -1);
+}
+
+TEST_F(Workers, ControlPostsCarryTheirFormFieldsAndStopThere)
+{
+    threadRequestsToDirect(*services, "/GenerateReport", false, 7, 1);
+    threadRequestsToDirect(*services, "/HandSignal", false, 3, 0);
+    threadRequestsToDirect(*services, "/UpdateConfig", false);
+    EXPECT_EQ(service.requests(), (std::vector<std::string>{"POST /GenerateReport value=7",
+                                                           "POST /HandSignal open=0 value=3", "GET /UpdateConfig"}));
+    // The POSTs look at no reply.
+    EXPECT_EQ(log.lines(), (std::vector<std::string>{"[DEBUG]threadRequestsToDirect /GenerateReport",
+                                                     "[DEBUG]threadRequestsToDirect /HandSignal",
+                                                     "[DEBUG]threadRequestsToDirect /UpdateConfig",
+                                                     "[DEBUG]ThreadRequestsToDirect res 200"}));
+    EXPECT_EQ(services.statusControl, -1);
+}
+
+TEST_F(Workers, StopServerEndsTheServiceAfterTenSleepsAndRestartsWhenAsked)
+{
+    foundPid = 321;
+    ThreadRequests(*services, "/StopServer", true);
+    EXPECT_EQ(services.sleeps, std::vector<int>(10, 100));
+    EXPECT_EQ(finds, std::vector<std::string>{"vxInference"});
+    EXPECT_EQ(terminated, std::vector<long>{321});
+    ASSERT_EQ(starts.size(), 1u);
+    EXPECT_EQ(starts[0].rfind("vxInference ", 0), 0u);
+    EXPECT_TRUE(log.has("[DEBUG]ThreadRequests vxInference Terminated!"));
+    EXPECT_EQ(services.fpsRecognition, -1);   // "/StopServer" publishes nothing
+
+    foundPid = 0;
+    threadRequestsToDirect(*services, "/StopServer", false);
+    threadRequestsToMes(*services, "/StopServer", true);
+    EXPECT_TRUE(log.has("[DEBUG]ThreadRequestsToDirect vxControl pid == 0"));
+    EXPECT_TRUE(log.has("[DEBUG]threadRequestsToMes vxMes pid == 0"));
+    EXPECT_EQ(terminated.size(), 1u);
+    ASSERT_EQ(starts.size(), 2u);   // the control service wasn't asked to restart
+    EXPECT_EQ(starts[1].rfind("vxMes ", 0), 0u);
+    EXPECT_EQ(service.requests(), std::vector<std::string>(3, "GET /StopServer"));
+}
+
+TEST_F(Workers, ShuttingDownDuringTheGraceEndsAndRestartsNothing)
+{
+    foundPid = 321;
+    services->sleep = [this](int ms) {
+        services.sleeps.push_back(ms);
+        if (services.sleeps.size() == 4)
+            services.shuttingDown = true;
+    };
+    ThreadRequests(*services, "/StopServer", true);
+    threadRequestsToDirect(*services, "/StopServer", true);
+    threadRequestsToMes(*services, "/StopServer", true);
+    EXPECT_EQ(services.sleeps.size(), 6u);   // four, then one for each of the other two
+    EXPECT_TRUE(finds.empty());
+    EXPECT_TRUE(terminated.empty());
+    EXPECT_TRUE(starts.empty());
+    EXPECT_TRUE(log.has("[TRACE]ThreadRequests 'finish' ok!"));
+    EXPECT_TRUE(log.has("[TRACE]ThreadRequestsToDirect 'finish' ok!"));
+    EXPECT_TRUE(log.has("[TRACE]threadRequestsToMes 'finish' ok!"));
+}
+
+TEST_F(Workers, AStoppedServiceStillGetsTheForcedStopAndTheRestart)
+{
+    initHTTPClient(services->clients, test::freeLoopbackPort());
+    ThreadRequests(*services, "/StopServer", true);
+    EXPECT_EQ(services.sleeps.size(), 10u);
+    EXPECT_TRUE(log.has("[DEBUG]ThreadRequests vxInference pid == 0"));
+    EXPECT_EQ(starts.size(), 1u);
+    // The restart rebuilt the client on the settings' port: the service answers again.
+    ThreadRequests(*services, "/FPS", false);
+    EXPECT_EQ(services.fpsRecognition, 17);
+}
+
+TEST_F(Workers, NoClientNoRequest)
+{
+    ServiceClients& clients = services->clients;
+    stopClients(clients);
+    clients.clientMes.store(nullptr);
+    ThreadRequests(*services, "/FPS", false);
+    threadRequestsToDirect(*services, "/CheckRun", false);
+    threadRequestsToMes(*services, "/CheckRun", false);
+    EXPECT_EQ(log.lines(), (std::vector<std::string>{"[DEBUG]ThreadRequests /FPS", "[ERROR]ClientHTTP invalid",
+                                                     "[ERROR]ClientHTTPDirect invalid", "[ERROR]ClientHTTPMes invalid"}));
+    EXPECT_TRUE(service.requests().empty());
+}
+
+TEST_F(Workers, PollSpawnsThreeRequestsUnlessShuttingDown)
+{
+    std::vector<std::function<void()>> spawned;
+    auto spawn = [&](std::function<void()> task) { spawned.push_back(std::move(task)); };
+    pollServices(services.context, spawn);
+    EXPECT_EQ(log.lines(),
+              (std::vector<std::string>{"[DEBUG]inference request!", "[DEBUG]control request!", "[DEBUG]mes request!"}));
+    for (auto& task : spawned)
+        task();
+    EXPECT_EQ(services.fpsRecognition, 17);
+    EXPECT_EQ(services.statusControl, 0);
+    EXPECT_EQ(services.statusMes, 0);
+
+    spawned.clear();
+    services.shuttingDown = true;
+    pollServices(services.context, spawn);
+    EXPECT_EQ(spawned.size(), 1u);
+}
+
+TEST_F(Workers, WatchStartsWhatIsMissing)
+{
+    std::set<std::string> running{"vxControl"};
+    services->process.find = [&](const std::string& name) { return running.count(name) ? 77L : 0L; };
+    watchServices(*services, false);
+    ASSERT_EQ(starts.size(), 1u);
+    EXPECT_EQ(starts[0].rfind("vxInference ", 0), 0u);
+    starts.clear();
+    running = {};
+    watchServices(*services, true);
+    ASSERT_EQ(starts.size(), 3u);
+    EXPECT_EQ(starts[1], "vxControl ");
+    EXPECT_EQ(starts[2].rfind("vxMes ", 0), 0u);
+}
+
+} // namespace
+} // namespace vx::supervision
