@@ -22,6 +22,7 @@
 #include <tbb/global_control.h>
 
 #include "core/global_commands.h"
+#include "core/service_wiring.h"
 #include "core/startup.h"
 #include "core/startup_streams.h"
 #include "core/status_panels.h"
@@ -78,6 +79,8 @@ MainWindow::MainWindow(core::AppState& state, QWidget* parent) : QMainWindow(par
 {
     actions_.launch = core::launchAsync;
     actions_.saveMainConfig = [this] { core::saveMainConfig(state_); };
+    services_ = supervision::makeServiceContext(state_);
+    core::connectServiceActions(actions_, services_, state_);
     setWindowTitle(literal(windowTitleText));
     setWindowIcon(QIcon(imagePath("vexlane.png")));
 }
@@ -111,6 +114,7 @@ bool MainWindow::create()
 
     if (!runConfigSteps())
         return true;   // the posted teardown ends the program from the event loop
+    core::initServiceClients(*services_);
 
     openEndpoint();
     startTick();
@@ -122,8 +126,9 @@ bool MainWindow::create()
     // The timer thread works on the process-wide state and outlives nobody
     // it refers to: it is detached and leaves once shuttingDown is set.
     core::AppState* state = &state_;
-    std::thread([state] {
+    std::thread([state, services = services_] {
         core::TimerHooks hooks;
+        core::connectServiceHooks(hooks, services, *state);
         hooks.updateCamera = [state] {
             core::UpdateCameraHooks update;
             update.now = [] {
@@ -360,6 +365,8 @@ void MainWindow::teardown()
     // Gives the timer thread and the running service requests the time to
     // see the flag.
     std::this_thread::sleep_for(std::chrono::milliseconds(teardownPauseMs_));
+    // The clients stop; the services themselves go on running.
+    supervision::stopClients(services_->clients);
     if (tickTimer_)
         tickTimer_->stop();
     QCoreApplication::exit(0);

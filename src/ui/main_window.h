@@ -10,6 +10,7 @@
 #include "core/process_actions.h"
 #include "core/state/app_state.h"
 #include "platform/window_endpoint.h"
+#include "supervision/service_context.h"
 
 class QLabel;
 class QPushButton;
@@ -45,6 +46,8 @@ public:
     void teardown();
 
     core::ProcessActions& actions() { return actions_; }
+    // The services' context this window's commands and timer thread use.
+    supervision::ServiceContext& services() { return *services_; }
     // Control lookup for tests: the widget with a control identifier.
     QWidget* control(int id) const;
     QAction* menuAction(int id) const;
@@ -79,6 +82,7 @@ private:
 
     core::AppState& state_;
     core::ProcessActions actions_;
+    std::shared_ptr<supervision::ServiceContext> services_;
     std::map<int, QWidget*> controls_;
     std::map<int, QAction*> menuActions_;
     QLabel* tileArea_ = nullptr;

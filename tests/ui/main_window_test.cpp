@@ -116,6 +116,11 @@ TEST_F(MainWindowTest, StartAndStopButtonsRunTheGlobalCommands)
     MainWindow window(state);
     window.setTeardownPause(0);
     ASSERT_TRUE(window.create());
+    // The commands reach the real service workers; no process is looked for,
+    // started or ended from here, so no other test's services are touched.
+    window.services().process.find = [](const std::string&) { return 0L; };
+    window.services().process.start = [](const platform::ProcessStartInfo&) { return nullptr; };
+    window.services().sleep = [](int) {};
     int saves = 0;
     window.actions().saveMainConfig = [&] { ++saves; };
     qobject_cast<QPushButton*>(window.control(idStartAll))->click();
