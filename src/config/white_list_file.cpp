@@ -127,7 +127,12 @@ void loadExtendedWhiteList(WhiteListTable& table, const std::string& configDirec
     request.readerName = "loadExtendedWhiteList";
     request.tagged = false;
     readConfigFile(request, [&table, index](nlohmann::json& document) {
+        // The nested lists of the file replace those held (a list read
+        // twice doesn't hold them twice); a file that won't parse changes
+        // nothing.
         WhiteList& list = table.lists[index];
+        list.lists.clear();
+        list.listIndexes.clear();
         for (nlohmann::json& element : document["lists"]) {
             NestedList nested;
             nested.file = utf8ToCp1251(element["file"].get<std::string>());

@@ -35,8 +35,9 @@ std::int32_t whiteListColumn(const std::string& word);
 std::int32_t loadWhiteList(WhiteListTable& table, const std::string& configDirectory,
                            std::int32_t index);
 
-// Reads the JSON file of list `index` as an extended list, appending its
-// nested lists and then marking it extended. Errors go to standard error,
+// Reads the JSON file of list `index` as an extended list: once the file has
+// parsed, its nested lists replace those held, one by one, and then the list
+// is marked extended. Errors go to standard error,
 // untagged: "loadExtendedWhiteList parse error at byte <n>" and
 // "loadExtendedWhiteList parse error type ". Nested lists appended before a
 // type error stay; the list is then not marked extended.

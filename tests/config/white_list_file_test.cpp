@@ -327,6 +327,19 @@ TEST(WhiteListFile, ExtendedReaderTable) {
         EXPECT_EQ(table.lists[0].lists.size(), c.nested);
         EXPECT_EQ(err.text(), c.stderrText);
     }
+    // Read twice, a list holds its nested lists once; a damaged file read
+    // after a good one takes none of them away.
+    {
+        folder.put("e.list.json", cases[0].bytes);
+        WhiteListTable twice = tableWith("e.list.json");
+        loadExtendedWhiteList(twice, folder.dir(), 0);
+        loadExtendedWhiteList(twice, folder.dir(), 0);
+        EXPECT_EQ(twice.lists[0].lists.size(), 2u);
+        folder.put("e.list.json", cases[1].bytes);
+        CapturedStderr err;
+        loadExtendedWhiteList(twice, folder.dir(), 0);
+        EXPECT_EQ(twice.lists[0].lists.size(), 2u);
+    }
     // A file that won't open and an index outside the table change nothing.
     WhiteListTable table = tableWith("none.list.json");
     CapturedStderr err;
