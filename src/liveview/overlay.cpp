@@ -159,7 +159,8 @@ void drawTextButton(cv::Mat& tile, const TileRect& rect, const std::string& text
     if ((place & cv::Rect(0, 0, tile.cols, tile.rows)) != place)
         return;
     const ButtonLook& look = buttonLooks[state];
-    cv::Mat button(rect.height, rect.width, CV_8UC3, look.blend);
+    cv::Mat button(rect.height, rect.width, tile.type());
+    button.setTo(cv::Scalar(look.blend[0], look.blend[1], look.blend[2], 255));
     drawText(button, fontName, fontSize, text, look.dx, fontSize / 2 + look.dy, look.text, look.shadow, textCenter);
     cv::Mat region = tile(place);
     cv::addWeighted(region, 0.3, button, 0.7, 0.0, region);

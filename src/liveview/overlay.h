@@ -42,11 +42,11 @@ int buttonAt(const TileGrid& grid, const std::vector<core::CameraRuntime>& recor
 void drawSmallButtons(cv::Mat& tile, const std::vector<cv::Mat>& images, const core::CameraRuntime& record,
                       int hoveredButton);
 
-// One large button in `rect` of a three-channel tile, blended at 70%.
+// One large button in `rect` of a tile (three or four channels), blended at 70%.
 // `state`: 0 open, 1 open hovered, 2 close, 3 close hovered.
 void drawTextButton(cv::Mat& tile, const TileRect& rect, const std::string& text, int fontSize, int state);
 
-// The large buttons the stream offers, on a three-channel tile.
+// The large buttons the stream offers.
 void drawLargeButtons(cv::Mat& tile, const core::CameraRuntime& record, int hoveredButton);
 
 // The font size of the title: max(10, tile / 15).

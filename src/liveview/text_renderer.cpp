@@ -6,7 +6,6 @@
 #include <QImage>
 #include <QPainter>
 #include <map>
-#include <mutex>
 #include <utility>
 
 #include "config/text_codec.h"
@@ -44,12 +43,11 @@ int alignmentFlags(unsigned format)
 
 // The font whose line (ascent plus descent) is `size` pixels, as a font of
 // a given height is chosen on the manager's first platform. Looked up once
-// per name and size.
+// per name and size on each thread: tiles are drawn side by side, and a
+// font object is not to be shared between threads.
 QFont fontForCellHeight(const std::string& fontName, int size)
 {
-    static std::mutex mutex;
-    static std::map<std::pair<std::string, int>, QFont> cache;
-    std::lock_guard lock(mutex);
+    thread_local std::map<std::pair<std::string, int>, QFont> cache;
     auto key = std::make_pair(fontName, size);
     auto it = cache.find(key);
     if (it != cache.end())
@@ -69,7 +67,8 @@ QFont fontForCellHeight(const std::string& fontName, int size)
 void drawText(cv::Mat& mat, const std::string& fontName, int size, const std::string& text, int x, int y,
               TextColour colour, TextColour shadowColour, unsigned format, TextSize* sizeOut)
 {
-    if (mat.empty() || mat.type() != CV_8UC3 || size <= 0 || !QGuiApplication::instance())
+    if (mat.empty() || (mat.type() != CV_8UC3 && mat.type() != CV_8UC4) || size <= 0 ||
+        !QGuiApplication::instance())
         return;
     QString qtext = QString::fromUtf8(config::cp1251ToUtf8(text));
     qtext.replace(QLatin1String("\r\n"), QLatin1String("\n"));
@@ -80,7 +79,9 @@ void drawText(cv::Mat& mat, const std::string& fontName, int size, const std::st
         sizeOut->height = metrics.height();
     }
     // The image works on the picture's own pixels: no copy either way.
-    QImage image(mat.data, mat.cols, mat.rows, static_cast<qsizetype>(mat.step), QImage::Format_BGR888);
+    // Four channels in B, G, R, A order are the painter's own pixel format.
+    QImage image(mat.data, mat.cols, mat.rows, static_cast<qsizetype>(mat.step),
+                 mat.channels() == 4 ? QImage::Format_RGB32 : QImage::Format_BGR888);
     QPainter painter(&image);
     painter.setFont(font);
     const int flags = alignmentFlags(format);

@@ -1,6 +1,6 @@
 #pragma once
-// Text on pictures: draws Windows-1251 text into a three-channel 8-bit
-// cv::Mat in place, with a shadow two pixels right and down.
+// Text on pictures: draws Windows-1251 text into an 8-bit cv::Mat in place,
+// with a shadow two pixels right and down.
 #include <cstdint>
 #include <string>
 
@@ -25,12 +25,12 @@ struct TextSize {
     int width = 0, height = 0;
 };
 
-// Draws `text` (Windows-1251, CR LF between lines) in the font `fontName` of
+// Draws `text` (Windows-1251, CR LF between lines) into a three-channel or
+// four-channel (B, G, R, A) 8-bit picture in the font `fontName` of
 // cell height `size` pixels, into the rectangle from `x`, `y` to the
 // picture's lower right corner less one pixel: first in `shadowColour` two
 // pixels right and down, then in `colour`. `sizeOut`, when given, gets the
-// extent of the text as one line. Pictures that aren't three-channel 8-bit
-// are left alone. Safe on any thread once the GUI application exists;
+// extent of the text as one line. Other pictures are left alone. Safe on any thread once the GUI application exists;
 // without one nothing is drawn.
 void drawText(cv::Mat& mat, const std::string& fontName, int size, const std::string& text, int x, int y,
               TextColour colour, TextColour shadowColour, unsigned format, TextSize* sizeOut = nullptr);
