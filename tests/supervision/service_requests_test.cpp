@@ -61,6 +61,13 @@ public:
         std::lock_guard<std::mutex> lock(mutex_);
         return requests_;
     }
+    // The server notes a request after its answer went out: waits (bounded)
+    // until `count` requests are noted.
+    std::vector<std::string> requests(std::size_t count)
+    {
+        test::waitFor([&] { return requests().size() >= count; }, 3000);
+        return requests();
+    }
 
 private:
     httplib::Server server_;
@@ -166,7 +173,7 @@ TEST_F(Workers, ControlPostsCarryTheirFormFieldsAndStopThere)
     threadRequestsToDirect(*services, "/GenerateReport", false, 7, 1);
     threadRequestsToDirect(*services, "/HandSignal", false, 3, 0);
     threadRequestsToDirect(*services, "/UpdateConfig", false);
-    EXPECT_EQ(service.requests(), (std::vector<std::string>{"POST /GenerateReport value=7",
+    EXPECT_EQ(service.requests(3), (std::vector<std::string>{"POST /GenerateReport value=7",
                                                            "POST /HandSignal open=0 value=3", "GET /UpdateConfig"}));
     // The POSTs look at no reply.
     EXPECT_EQ(log.lines(), (std::vector<std::string>{"[DEBUG]threadRequestsToDirect /GenerateReport",
@@ -196,7 +203,7 @@ TEST_F(Workers, StopServerEndsTheServiceAfterTenSleepsAndRestartsWhenAsked)
     EXPECT_EQ(terminated.size(), 1u);
     ASSERT_EQ(starts.size(), 2u);   // the control service wasn't asked to restart
     EXPECT_EQ(starts[1].rfind("vxMes ", 0), 0u);
-    EXPECT_EQ(service.requests(), std::vector<std::string>(3, "GET /StopServer"));
+    EXPECT_EQ(service.requests(3), std::vector<std::string>(3, "GET /StopServer"));
 }
 
 TEST_F(Workers, ShuttingDownDuringTheGraceEndsAndRestartsNothing)

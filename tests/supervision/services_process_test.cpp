@@ -1,0 +1,240 @@
+// The start routines and workers against the real stand-ins of build/bin/,
+// copied into a temporary installation with configs of its own on free
+// loopback ports. Lookups see only that installation's processes, and every
+// process a test started is ended when it finishes.
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <future>
+#include <thread>
+
+#include "config/control_config.h"
+#include "config/messenger_config.h"
+#include "config/recognition_config.h"
+#include "config/text_codec.h"
+#include "service_test_support.h"
+#include "supervision/service_launcher.h"
+#include "supervision/service_requests.h"
+#include "support/installation.h"
+
+namespace vx::supervision {
+namespace {
+
+using test::waitFor;
+
+// Children of this process that ended and weren't reaped.
+int zombieChildren()
+{
+    int count = 0;
+    const std::string self = std::to_string(::getpid());
+    for (const auto& folder : std::filesystem::directory_iterator("/proc")) {
+        const std::string name = folder.path().filename().string();
+        if (name.empty() || name.find_first_not_of("0123456789") != std::string::npos)
+            continue;
+        std::ifstream in(folder.path() / "stat");
+        std::string stat((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+        const auto close = stat.rfind(')');
+        if (close == std::string::npos || close + 2 >= stat.size())
+            continue;
+        std::istringstream rest(stat.substr(close + 2));
+        std::string state, parent;
+        rest >> state >> parent;
+        if (state == "Z" && parent == self)
+            ++count;
+    }
+    return count;
+}
+
+class ServiceProcesses : public ::testing::Test {
+protected:
+    void SetUp() override
+    {
+        std::filesystem::create_directories(install.configs());
+        std::filesystem::create_directories(install.logs());
+        settings().baseDirectory = install.folder();
+        settings().configDirectory = install.configs().string();
+        settings().systemLogPath = install.logs().string();
+        settings().recognitionPort = test::freeLoopbackPort();
+        settings().controlPort = test::freeLoopbackPort();
+        settings().mesPort = test::freeLoopbackPort();
+        writeConfigs();
+        const std::filesystem::path folder = install.folder();
+        services->process.find = [folder](const std::string& name) { return test::findProcessIn(folder, name); };
+        // The second of grace is real; the start watch is shortened.
+        services->sleep = [](int ms) { std::this_thread::sleep_for(std::chrono::milliseconds(ms)); };
+        services->startWatchMs = 800;
+    }
+    void TearDown() override
+    {
+        for (const char* name : {"vxInference", "vxControl", "vxMes"}) {
+            for (int i = 0; i < 20; ++i) {
+                const long pid = find(name);
+                if (pid == 0)
+                    break;
+                platform::terminateProcess(pid);
+                waitFor([&] { return find(name) != pid; }, 2000);
+            }
+            EXPECT_EQ(find(name), 0) << name;
+        }
+        EXPECT_TRUE(waitFor([] { return zombieChildren() == 0; }, 3000));
+    }
+    ServiceSettings& settings() { return services.settings; }
+    void writeConfigs()
+    {
+        config::RecognitionSrvConfig recognition;
+        recognition.port = settings().recognitionPort;
+        config::saveRecogGlobal(settings().configDirectory, recognition);
+        config::ControlSrvConfig control;
+        control.port = settings().controlPort;
+        config::saveControlGlobal(settings().configDirectory, control);
+        config::MessengersConfig mes;
+        mes.port = settings().mesPort;
+        config::saveMessengers(settings().configDirectory, mes);
+    }
+    long find(const std::string& name) const { return test::findProcessIn(install.folder(), name); }
+    std::string serviceLog(const std::string& file) const { return test::readFileBytes(install.logs() / file); }
+    std::string controlLog() const { return test::readFileBytes(install.folder() / "logs" / "vxControlLog.txt"); }
+
+    test::RuntimeSandbox sandbox;
+    test::Installation install;
+    test::LogCapture log{0};
+    test::TestServices services;
+};
+
+TEST_F(ServiceProcesses, StartedServicesAnswerThePolls)
+{
+    test::ScopedEnv fps("VXINFERENCE_FPS", "31");
+    startInference(*services);
+    startControl(*services);
+    startMes(*services);
+    EXPECT_TRUE(log.has("[INFO]vxInference restarted 5 second ago!"));
+    EXPECT_TRUE(log.has("[INFO]vxControl restarted 5 second ago!"));
+    EXPECT_TRUE(log.has("[INFO]vxMes restarted 5 second ago!"));
+    ThreadRequests(*services, "/FPS", false);
+    threadRequestsToDirect(*services, "/CheckRun", false);
+    threadRequestsToMes(*services, "/CheckRun", false);
+    EXPECT_EQ(services.fpsRecognition, 31);
+    EXPECT_EQ(services.statusControl, 0);
+    EXPECT_EQ(services.statusMes, 0);
+    threadRequestsToDirect(*services, "/HandSignal", false, 4, 1);
+    // Each took its port from its file and noted what it got.
+    EXPECT_TRUE(waitFor([&] { return controlLog().find("POST /HandSignal open=1 value=4\n") != std::string::npos; }, 3000));
+    EXPECT_TRUE(waitFor([&] { return serviceLog("vxInferenceLog.txt").find("GET /FPS\n") != std::string::npos; }, 3000));
+    EXPECT_TRUE(waitFor([&] { return serviceLog("vxMes.txt").find("GET /CheckRun\n") != std::string::npos; }, 3000));
+    EXPECT_NE(controlLog().find(" port=" + std::to_string(settings().controlPort) + "\n"), std::string::npos);
+}
+
+TEST_F(ServiceProcesses, StopServerEndsTheServiceAndRestartsItWhenAsked)
+{
+    startInference(*services);
+    const long first = find("vxInference");
+    ASSERT_NE(first, 0);
+    ThreadRequests(*services, "/StopServer", false);
+    // It left by itself within the second: nothing to end.
+    EXPECT_EQ(find("vxInference"), 0);
+    EXPECT_TRUE(log.has("[DEBUG]ThreadRequests vxInference pid == 0"));
+
+    startInference(*services);
+    const long second = find("vxInference");
+    ASSERT_NE(second, 0);
+    ThreadRequests(*services, "/StopServer", true);
+    const long third = find("vxInference");
+    EXPECT_NE(third, 0);
+    EXPECT_NE(third, second);
+    EXPECT_EQ(log.count("[INFO]vxInference restarted 5 second ago!"), 3);
+    ThreadRequests(*services, "/FPS", false);
+    EXPECT_EQ(services.fpsRecognition, 25);
+}
+
+TEST_F(ServiceProcesses, AServiceThatHangsOrIgnoresTheStopIsEnded)
+{
+    {
+        test::ScopedEnv hang("VXCONTROL_HANG", "1");
+        test::ScopedEnv ignore("VXMES_IGNORE_STOP", "1");
+        startControl(*services);
+        startMes(*services);
+    }
+    const long control = find("vxControl");
+    const long mes = find("vxMes");
+    ASSERT_NE(control, 0);
+    ASSERT_NE(mes, 0);
+    threadRequestsToDirect(*services, "/CheckRun", false);
+    EXPECT_EQ(services.statusControl, -1);   // no answer within the second
+    threadRequestsToDirect(*services, "/StopServer", false);
+    threadRequestsToMes(*services, "/StopServer", false);
+    EXPECT_TRUE(log.has("[DEBUG]ThreadRequestsToDirect vxControl Terminated!"));
+    EXPECT_TRUE(log.has("[DEBUG]threadRequestsToMes vxMes Terminated!"));
+    EXPECT_TRUE(waitFor([&] { return find("vxControl") == 0 && find("vxMes") == 0; }, 3000));
+    EXPECT_NE(controlLog().find("hang GET /StopServer"), std::string::npos);
+}
+
+TEST_F(ServiceProcesses, MessengerGetsLoggingAtThresholdTwoOnly)
+{
+    const std::string configFile = (install.configs() / "vx_mess_config.json").string();
+    const std::string logFile = (install.logs() / "vxMes.txt").string();
+    settings().logThreshold = 3;
+    startMes(*services);
+    threadRequestsToMes(*services, "/StopServer", false);
+    settings().logThreshold = 2;
+    startMes(*services);
+    const std::string text = serviceLog("vxMes.txt");
+    const std::string args = "arg 1 " + configFile + "\narg 2 " + logFile + "\n";
+    const auto firstStart = text.find("start pid=");
+    const auto secondStart = text.find("start pid=", firstStart + 1);
+    ASSERT_NE(secondStart, std::string::npos);
+    const std::string first = text.substr(firstStart, secondStart - firstStart);
+    const std::string second = text.substr(secondStart);
+    EXPECT_NE(first.find(args), std::string::npos) << first;
+    EXPECT_EQ(first.find("-logging"), std::string::npos) << first;
+    EXPECT_NE(second.find(args + "arg 3 -logging\n"), std::string::npos) << second;
+}
+
+TEST_F(ServiceProcesses, AServiceThatEndsWithinTheWatchIsLoggedWithItsCode)
+{
+    {
+        test::ScopedEnv after("VXINFERENCE_EXIT_AFTER_MS", "100");
+        startInference(*services);
+        test::ScopedEnv code("VXINFERENCE_EXIT_CODE", "3");
+        startInference(*services);
+    }
+    const std::string line = config::utf8ToCp1251(" - процесс завершился спустя менее 5 секунд после старта");
+    EXPECT_EQ(log.lines(), (std::vector<std::string>{
+                               "[ERROR]vxInference" + line,
+                               "[ERROR]vxInference" + line + config::utf8ToCp1251(" с ошибкой: ") + "3",
+                           }));
+}
+
+TEST_F(ServiceProcesses, AMissingExecutableLogsNothingAndStillRebuildsTheClient)
+{
+    std::filesystem::remove(install.folder() / "vxControl");
+    test::ScopedEnv path("PATH", install.logs().string());
+    const auto before = services->clients.clientControl.load();
+    startControl(*services);
+    EXPECT_TRUE(log.lines().empty());
+    EXPECT_NE(services->clients.clientControl.load(), before);
+    threadRequestsToDirect(*services, "/CheckRun", false);
+    EXPECT_EQ(services.statusControl, -1);
+}
+
+TEST_F(ServiceProcesses, RestartsThatMeetEndWithTheServiceRunning)
+{
+    startInference(*services);
+    // Two restarts of one service at once, then a stop running into a start.
+    auto a = std::async(std::launch::async, [&] { ThreadRequests(*services, "/StopServer", true); });
+    auto b = std::async(std::launch::async, [&] { ThreadRequests(*services, "/StopServer", true); });
+    ASSERT_EQ(a.wait_for(std::chrono::seconds(20)), std::future_status::ready);
+    ASSERT_EQ(b.wait_for(std::chrono::seconds(20)), std::future_status::ready);
+    EXPECT_TRUE(waitFor([&] { return find("vxInference") != 0; }, 3000));
+
+    auto stop = std::async(std::launch::async, [&] { ThreadRequests(*services, "/StopServer", false); });
+    ASSERT_EQ(stop.wait_for(std::chrono::seconds(20)), std::future_status::ready);
+    EXPECT_TRUE(waitFor([&] { return find("vxInference") == 0; }, 3000));
+    auto start = std::async(std::launch::async, [&] { ThreadRequests(*services, "/StopServer", true); });
+    ASSERT_EQ(start.wait_for(std::chrono::seconds(20)), std::future_status::ready);
+    EXPECT_TRUE(waitFor([&] { return find("vxInference") != 0; }, 3000));
+    ThreadRequests(*services, "/FPS", false);
+    EXPECT_EQ(services.fpsRecognition, 25);
+}
+
+} // namespace
+} // namespace vx::supervision
