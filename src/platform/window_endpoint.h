@@ -16,10 +16,24 @@ using WindowHandle = std::uint64_t;   // 0 is "no window"
 
 enum class ShowCommand : std::uint8_t { Restore = 1, Minimize = 2, Show = 3, Hide = 4 };
 
+// cbData travels as given, apart from the payload: a stream says who it is
+// by its ID in cbData and sends no data. A sender whose cbData is a length
+// sets it to payload.size() itself (copyDataOf does).
 struct CopyDataMessage {
     std::uint64_t dwData = 0;
-    std::vector<char> payload;   // cbData is payload.size()
+    std::uint32_t cbData = 0;
+    std::vector<char> payload;
 };
+
+// A message whose cbData is the payload's length.
+inline CopyDataMessage copyDataOf(std::uint64_t dwData, std::vector<char> payload)
+{
+    CopyDataMessage message;
+    message.dwData = dwData;
+    message.cbData = static_cast<std::uint32_t>(payload.size());
+    message.payload = std::move(payload);
+    return message;
+}
 
 // A window endpoint owned by this process. Messages are handled only inside
 // `dispatchPending()`, on the caller's thread (the manager calls it from its

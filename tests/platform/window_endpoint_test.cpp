@@ -141,10 +141,10 @@ TEST(WindowEndpoint, MalformedDatagramsAreDroppedUnanswered)
 
     const std::vector<std::string> bad = {
         std::string(1, '\x01'),                                   // kind alone
-        copyDataBytes(7, 3, "ab"),                                // cbData says more than came
+        copyDataBytes(7, 3, "ab"),                                // the length says more than came
         copyDataBytes(7, 1, "abc"),                               // and less
         copyDataBytes(7, 0xFFFFFFFFu, "abc"),                     // a length to read far beyond
-        copyDataBytes(7, 3, "abc").substr(0, 10),                 // header cut short
+        copyDataBytes(7, 3, "abc").substr(0, 14),                 // header cut short
         std::string("\x02\x09", 2),                               // show with no such command
         std::string("\x02", 1),                                   // show without a command
         std::string("\x03\x00", 2),                               // foreground with a tail
@@ -174,6 +174,30 @@ TEST(WindowEndpoint, MalformedDatagramsAreDroppedUnanswered)
     EXPECT_TRUE(window->dispatchOne(kWaitMs));
     EXPECT_EQ(good.answer(kWaitMs), std::string(1, '\x01'));
     EXPECT_EQ(handled, 1);
+}
+
+TEST(WindowEndpoint, CbDataTravelsApartFromThePayload)
+{
+    // A stream's notification: its ID in cbData and no data at all.
+    RuntimeSandbox sandbox;
+    auto window = createWindowEndpoint("Vexlane", "");
+    ASSERT_TRUE(window);
+    std::vector<CopyDataMessage> got;
+    window->onCopyData = [&](const CopyDataMessage& message) { return got.push_back(message), true; };
+    CopyDataMessage notification;
+    notification.cbData = 0xFFFFFFFEu;
+    auto sender = std::async(std::launch::async, [&] { return sendCopyData(window->handle(), notification, kWaitMs); });
+    EXPECT_TRUE(window->dispatchOne(kWaitMs));
+    EXPECT_TRUE(sender.get());
+    RawConnection raw(window->handle());
+    ASSERT_TRUE(raw.send(copyDataBytes(5, 2, "hi", 255)));
+    EXPECT_TRUE(window->dispatchOne(kWaitMs));
+    ASSERT_EQ(got.size(), 2u);
+    EXPECT_EQ(got[0].cbData, 0xFFFFFFFEu);
+    EXPECT_TRUE(got[0].payload.empty());
+    EXPECT_EQ(got[1].dwData, 5u);
+    EXPECT_EQ(got[1].cbData, 255u);
+    EXPECT_EQ(std::string(got[1].payload.begin(), got[1].payload.end()), "hi");
 }
 
 TEST(WindowEndpoint, ManyIdleConnectionsDoNotStopTheWindow)

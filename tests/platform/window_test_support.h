@@ -80,15 +80,18 @@ private:
     bool connected_ = false;
 };
 
-// A copy-data datagram laid out by hand: kind 1, dwData and cbData
-// little-endian, then the payload.
-inline std::string copyDataBytes(std::uint64_t dwData, std::uint32_t cbData, const std::string& payload)
+// A copy-data datagram laid out by hand: kind 1, dwData, cbData and the
+// declared payload length little-endian, then the payload.
+inline std::string copyDataBytes(std::uint64_t dwData, std::uint32_t length, const std::string& payload,
+                                 std::uint32_t cbData = 0)
 {
     std::string bytes(1, '\x01');
     for (int i = 0; i < 8; ++i)
         bytes.push_back(static_cast<char>(dwData >> (8 * i)));
     for (int i = 0; i < 4; ++i)
         bytes.push_back(static_cast<char>(cbData >> (8 * i)));
+    for (int i = 0; i < 4; ++i)
+        bytes.push_back(static_cast<char>(length >> (8 * i)));
     return bytes + payload;
 }
 

@@ -25,6 +25,7 @@ std::vector<char> encodeCopyData(const CopyDataMessage& message)
     out.reserve(kCopyDataHeader + message.payload.size());
     out.push_back(static_cast<char>(WireKind::CopyData));
     putLittleEndian(out, message.dwData, 8);
+    putLittleEndian(out, message.cbData, 4);
     putLittleEndian(out, message.payload.size(), 4);
     out.insert(out.end(), message.payload.begin(), message.payload.end());
     return out;
@@ -48,11 +49,12 @@ std::optional<WireMessage> decodeDatagram(const char* data, std::size_t size)
     case WireKind::CopyData: {
         if (size < kCopyDataHeader)
             return std::nullopt;
-        const std::uint64_t cbData = getLittleEndian(data + 9, 4);
-        if (cbData > kMaxPayload || size != kCopyDataHeader + cbData)
+        const std::uint64_t length = getLittleEndian(data + 13, 4);
+        if (length > kMaxPayload || size != kCopyDataHeader + length)
             return std::nullopt;
         CopyDataMessage message;
         message.dwData = getLittleEndian(data + 1, 8);
+        message.cbData = static_cast<std::uint32_t>(getLittleEndian(data + 9, 4));
         message.payload.assign(data + kCopyDataHeader, data + size);
         return message;
     }

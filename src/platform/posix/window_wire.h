@@ -1,6 +1,7 @@
 #pragma once
 // The datagrams a window receives, byte by byte (numbers little-endian):
-//   copy data:  kind 1, dwData (8 bytes), cbData (4 bytes), cbData bytes
+//   copy data:  kind 1, dwData (8 bytes), cbData (4 bytes), the payload's
+//               length n (4 bytes), n bytes
 //   show:       kind 2, the ShowCommand (1 byte)
 //   foreground: kind 3
 // A datagram is exactly that long; anything else is malformed. The answer is
@@ -17,7 +18,7 @@ namespace vx::platform::posix {
 
 enum class WireKind : std::uint8_t { CopyData = 1, Show = 2, Foreground = 3 };
 
-inline constexpr std::size_t kCopyDataHeader = 1 + 8 + 4;
+inline constexpr std::size_t kCopyDataHeader = 1 + 8 + 4 + 4;
 // The largest payload we send or accept; the messages of this system are a
 // few hundred bytes.
 inline constexpr std::size_t kMaxPayload = 64 * 1024;

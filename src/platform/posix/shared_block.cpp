@@ -1,0 +1,82 @@
+// Shared blocks on POSIX: shm_open objects. The creator unlinks the name
+// when it goes, so a block never outlives its stream process by name; a view
+// the manager still holds stays valid until it unmaps it.
+#include "platform/shared_block.h"
+
+#include "platform/posix/unique_fd.h"
+
+#include <fcntl.h>
+#include <sys/mman.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace vx::platform {
+namespace {
+
+std::string objectName(const std::string& name)
+{
+    return "/" + name;
+}
+
+class PosixSharedBlock : public WritableSharedBlock {
+public:
+    PosixSharedBlock(void* view, std::size_t size, std::string unlinkName)
+        : view_(view), size_(size), unlinkName_(std::move(unlinkName))
+    {
+    }
+    ~PosixSharedBlock() override
+    {
+        ::munmap(view_, size_);
+        if (!unlinkName_.empty())
+            ::shm_unlink(unlinkName_.c_str());
+    }
+    const char* data() const override { return static_cast<const char*>(view_); }
+    std::size_t size() const override { return size_; }
+    char* writableData() override { return static_cast<char*>(view_); }
+
+private:
+    void* view_;
+    std::size_t size_;
+    std::string unlinkName_;
+};
+
+} // namespace
+
+std::shared_ptr<SharedBlock> openSharedBlock(const std::string& name, std::size_t size)
+{
+    if (size == 0)
+        return nullptr;
+    posix::UniqueFd fd(::shm_open(objectName(name).c_str(), O_RDONLY | O_CLOEXEC, 0));
+    if (!fd.valid())
+        return nullptr;
+    struct stat info {};
+    if (::fstat(fd.get(), &info) != 0 || info.st_size < 0 || static_cast<std::size_t>(info.st_size) < size)
+        return nullptr;
+    void* view = ::mmap(nullptr, size, PROT_READ, MAP_SHARED, fd.get(), 0);
+    if (view == MAP_FAILED)
+        return nullptr;
+    return std::make_shared<PosixSharedBlock>(view, size, std::string());
+}
+
+std::unique_ptr<WritableSharedBlock> createSharedBlock(const std::string& name, std::size_t size)
+{
+    if (size == 0)
+        return nullptr;
+    const std::string object = objectName(name);
+    ::shm_unlink(object.c_str());
+    posix::UniqueFd fd(::shm_open(object.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0600));
+    if (!fd.valid())
+        return nullptr;
+    if (::ftruncate(fd.get(), static_cast<off_t>(size)) != 0) {
+        ::shm_unlink(object.c_str());
+        return nullptr;
+    }
+    void* view = ::mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_SHARED, fd.get(), 0);
+    if (view == MAP_FAILED) {
+        ::shm_unlink(object.c_str());
+        return nullptr;
+    }
+    return std::make_unique<PosixSharedBlock>(view, size, object);
+}
+
+} // namespace vx::platform
