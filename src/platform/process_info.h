@@ -1,6 +1,6 @@
 #pragma once
-// Facts about processes that the core asks for. Starting, listing and ending
-// other processes join this header later.
+// Facts about this process that the core asks for. Starting, listing and
+// ending other processes: process.h.
 
 namespace vx::platform {
 
