@@ -1,0 +1,170 @@
+#include "stream_process.h"
+
+#include <algorithm>
+#include <atomic>
+#include <csignal>
+#include <cstdlib>
+#include <cstring>
+#include <iostream>
+#include <memory>
+#include <mutex>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "config/camera_config.h"
+#include "config/text_codec.h"
+#include "maintenance/log_buffer.h"
+#include "maintenance/system_log.h"
+#include "picture_block.h"
+#include "platform/window_endpoint.h"
+#include "video_recorder.h"
+#include "video_source.h"
+
+namespace vx::stream {
+namespace {
+
+using maintenance::logError;
+using maintenance::logInfo;
+
+std::atomic<bool> terminateRequested{false};
+
+void onTerminate(int)
+{
+    terminateRequested = true;
+}
+
+struct ImageRequest {
+    int width = 0;
+    int height = 0;
+    platform::WindowHandle target = 0;
+};
+
+struct Commands {
+    bool quit = false;
+    bool hideVideo = false;
+    bool hideConsole = false;
+    std::vector<ImageRequest> requests;
+};
+
+// One command text as the manager sends it: up to its zero byte.
+void takeCommand(const platform::CopyDataMessage& message, Commands& commands, bool ignoreQuit)
+{
+    const auto end = std::find(message.payload.begin(), message.payload.end(), '\0');
+    const std::string text(message.payload.begin(), end);
+    std::istringstream in(text);
+    std::string word;
+    in >> word;
+    if (word == "quit") {
+        VX_LOG(logInfo, ignoreQuit ? "quit ignored (test switch)" : "quit");
+        if (!ignoreQuit)
+            commands.quit = true;
+    } else if (word == "hidevideo" || word == "hideconsole") {
+        std::string value;
+        in >> value;
+        if (value == "true" || value == "false") {
+            (word == "hidevideo" ? commands.hideVideo : commands.hideConsole) = value == "true";
+            VX_LOG(logInfo, word + " " + value);
+        }
+    } else if (word == "getimage") {
+        ImageRequest request;
+        std::string target;
+        if (in >> request.width >> request.height >> target) {
+            request.target = std::strtoull(target.c_str(), nullptr, 16);
+            commands.requests.push_back(request);
+        }
+    }
+}
+
+} // namespace
+
+int runStream(int argc, char* argv[])
+{
+    if (argc < 4) {
+        std::cerr << "usage: vxVideoStream <camera file> <video folder> <log file>" << std::endl;
+        return 2;
+    }
+    std::signal(SIGTERM, onTerminate);
+    std::signal(SIGINT, onTerminate);
+    std::signal(SIGPIPE, SIG_IGN);
+    maintenance::setSystemLog(std::make_unique<maintenance::LogBuffer>(argv[3], maintenance::LogMode::appendStartEnd));
+    maintenance::systemLog()->setMinLevel(maintenance::logInfo);
+    maintenance::attachToStandardError(*maintenance::systemLog());
+
+    config::CameraConfig camera;
+    if (!config::loadCamera(argv[1], camera, 300)) {
+        VX_LOG(logError, std::string("Camera file can't be read: ") + argv[1]);
+        maintenance::closeLogs();
+        return 1;
+    }
+    const config::CameraCommon& common = camera.common;
+    const std::int32_t id = common.ID;
+    VX_LOG(logInfo, "Stream ID=" + std::to_string(id) + " " + common.videoName);
+
+    PictureBlock block(static_cast<std::uint32_t>(id));
+    if (!block.valid())
+        VX_LOG(logError, "Picture block can't be created");
+    auto window = platform::createWindowEndpoint("vxVideoStream", config::cp1251ToUtf8(common.videoName));
+    if (!window) {
+        VX_LOG(logError, "Window can't be registered");
+        maintenance::closeLogs();
+        return 1;
+    }
+
+    const bool ignoreQuit = [] {
+        const char* value = std::getenv("VX_STREAM_TEST_IGNORE_QUIT");
+        return value && std::string(value) == "1";
+    }();
+    Commands commands;
+    commands.hideVideo = common.unShowVideo;
+    commands.hideConsole = !common.showConsole;
+    window->onCopyData = [&](const platform::CopyDataMessage& message) {
+        takeCommand(message, commands, ignoreQuit);
+        return true;
+    };
+
+    std::unique_ptr<VideoRecorder> recorder;
+    std::mutex recorderMutex;
+    if (common.writeVideo) {
+        RecorderSettings settings;
+        settings.videoRoot = argv[2];
+        settings.streamId = id;
+        settings.chunkSeconds = common.videoChunk;
+        settings.width = common.widthWrite;
+        settings.height = common.heightWrite;
+        recorder = std::make_unique<VideoRecorder>(settings, [](const std::string& text) { VX_LOG(logInfo, text); });
+    }
+    SourceSettings source;
+    source.path = config::cp1251ToUtf8(common.videoPath);
+    source.tcp = common.tcp;
+    source.reconnect = common.reconnect;
+    source.secondsToReconnect = common.secondsToReconnect;
+    source.attempts = common.attempts;
+    source.fps = common.fps;
+    VideoSource video(
+        source, [](const std::string& text) { VX_LOG(logInfo, text); },
+        [&](const cv::Mat& frame, double fps) {
+            if (recorder)
+                recorder->write(frame, fps);
+        });
+
+    while (!commands.quit && !terminateRequested) {
+        window->dispatchOne(100);
+        // The answers go out after the manager's send was acknowledged, so
+        // the manager's sending task never waits on its own answer.
+        std::vector<ImageRequest> requests;
+        requests.swap(commands.requests);
+        for (const ImageRequest& request : requests) {
+            if (!block.write(video.latest(), request.width, request.height, window->handle()))
+                continue;
+            platform::CopyDataMessage notification;
+            notification.cbData = static_cast<std::uint32_t>(id);
+            platform::sendCopyData(request.target, notification, 1000);
+        }
+    }
+    VX_LOG(logInfo, "Stream ID=" + std::to_string(id) + " ends");
+    maintenance::closeLogs();
+    return 0;
+}
+
+} // namespace vx::stream

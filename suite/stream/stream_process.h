@@ -1,0 +1,17 @@
+#pragma once
+// vxVideoStream: one stream of the suite. Started by the manager as
+//   vxVideoStream "<configs>/vx_stream<id>.json" "<videoPath>" "<log file>"
+// it reads its camera file, opens the camera's videoPath, registers its
+// window under the camera's videoName and answers the manager's commands:
+//   "getimage W H <manager window>"  the latest frame as JPEG at W x H into
+//        its picture block, then a notification to that window whose cbData
+//        is the stream's ID; the block isn't touched again until that send
+//        has returned
+//   "hidevideo true|false", "hideconsole true|false"  remembered
+//   "quit"  ends the process, exit code 0
+// Test switch: VX_STREAM_TEST_IGNORE_QUIT=1 makes it ignore "quit".
+namespace vx::stream {
+
+int runStream(int argc, char* argv[]);
+
+} // namespace vx::stream

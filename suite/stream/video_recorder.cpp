@@ -1,0 +1,65 @@
+#include "video_recorder.h"
+
+#include <cstdio>
+#include <ctime>
+
+#include <opencv2/imgproc.hpp>
+
+namespace vx::stream {
+
+std::filesystem::path chunkPath(const std::filesystem::path& videoRoot, std::int32_t streamId, std::time_t when)
+{
+    std::tm local{};
+    ::localtime_r(&when, &local);
+    char day[32];
+    char stamp[64];
+    std::snprintf(day, sizeof day, "%04d_%02d_%02d", local.tm_year + 1900, local.tm_mon + 1, local.tm_mday);
+    std::snprintf(stamp, sizeof stamp, "%s_%02d_%02d_%02d", day, local.tm_hour, local.tm_min, local.tm_sec);
+    const std::string stream = "stream" + std::to_string(streamId);
+    return videoRoot / stream / day / ("video_" + stream + "_" + stamp + ".webm");
+}
+
+VideoRecorder::VideoRecorder(RecorderSettings settings, std::function<void(const std::string&)> log)
+    : settings_(std::move(settings)), log_(std::move(log))
+{
+    if (settings_.chunkSeconds <= 0)
+        settings_.chunkSeconds = 300;
+}
+
+bool VideoRecorder::openChunk(const cv::Size& size, double fps)
+{
+    const auto path = chunkPath(settings_.videoRoot, settings_.streamId, std::time(nullptr));
+    std::error_code ec;
+    std::filesystem::create_directories(path.parent_path(), ec);
+    writer_.release();
+    writer_.open(path.string(), cv::CAP_FFMPEG, cv::VideoWriter::fourcc('V', 'P', '8', '0'), fps, size);
+    if (!writer_.isOpened()) {
+        log_("Video chunk can't be written: " + path.string());
+        return false;
+    }
+    chunkStart_ = std::chrono::steady_clock::now();
+    log_("Video chunk: " + path.string());
+    return true;
+}
+
+void VideoRecorder::write(const cv::Mat& frame, double fps)
+{
+    if (failed_ || frame.empty())
+        return;
+    const cv::Size size = settings_.width > 0 && settings_.height > 0 ? cv::Size(settings_.width, settings_.height)
+                                                                      : frame.size();
+    const bool full = std::chrono::steady_clock::now() - chunkStart_ >= std::chrono::seconds(settings_.chunkSeconds);
+    if ((!writer_.isOpened() || full) && !openChunk(size, fps)) {
+        failed_ = true;   // one complaint, not one per frame
+        return;
+    }
+    if (frame.size() == size) {
+        writer_.write(frame);
+    } else {
+        cv::Mat scaled;
+        cv::resize(frame, scaled, size);
+        writer_.write(scaled);
+    }
+}
+
+} // namespace vx::stream
