@@ -10,6 +10,7 @@
 #include <QMessageBox>
 #include <QPainter>
 #include <QPixmap>
+#include <QPointer>
 #include <QPushButton>
 #include <QScreen>
 #include <QSocketNotifier>
@@ -30,7 +31,14 @@
 #include "core/window_placement.h"
 #include "config/text_codec.h"
 #include "config/white_list_registry.h"
+#include "liveview/interface_images.h"
+#include "liveview/live_view.h"
+#include "liveview/tile_hover.h"
+#include "liveview/tile_pictures.h"
+#include "liveview/zone_image.h"
+#include "maintenance/system_log.h"
 #include "ui/qt_text.h"
+#include "ui/tile_view.h"
 
 namespace vx::ui {
 
@@ -57,6 +65,16 @@ QString imagePath(const QString& name)
     return QCoreApplication::applicationDirPath() + "/images/" + name;
 }
 
+// The tile drawing looks a stream's window up by its title.
+liveview::DrawHooks tileDrawHooks()
+{
+    liveview::DrawHooks hooks;
+    hooks.findWindow = [](const std::string& videoName) {
+        return platform::findWindow("", config::cp1251ToUtf8(videoName));
+    };
+    return hooks;
+}
+
 // Panels show CR LF separated lines; Qt wants a bare line feed.
 QString panelText(const std::string& cp1251)
 {
@@ -80,6 +98,7 @@ MainWindow::MainWindow(core::AppState& state, QWidget* parent) : QMainWindow(par
     actions_.launch = core::launchAsync;
     actions_.saveMainConfig = [this] { core::saveMainConfig(state_); };
     services_ = supervision::makeServiceContext(state_);
+    liveView_ = std::make_shared<liveview::LiveView>();
     core::connectServiceActions(actions_, services_, state_);
     setWindowTitle(literal(windowTitleText));
     setWindowIcon(QIcon(imagePath("vexlane.png")));
@@ -109,6 +128,8 @@ bool MainWindow::create()
     setCentralWidget(dialog);
     statusBar()->setSizeGripEnabled(true);
     controls_[idStatusBar] = statusBar();
+    liveview::loadInterfaceImages(*liveView_, std::filesystem::path((QCoreApplication::applicationDirPath() + "/images").toStdString()),
+                                  state_.status);
     if (tray_)
         tray_->show();
 
@@ -126,7 +147,11 @@ bool MainWindow::create()
     // The timer thread works on the process-wide state and outlives nobody
     // it refers to: it is detached and leaves once shuttingDown is set.
     core::AppState* state = &state_;
-    std::thread([state, services = services_] {
+    // The finished zone travels to the window's thread inside a QImage that
+    // shares its pixels; the tile area is reached only there, and only while
+    // it still exists.
+    QPointer<TileView> tileArea(tileArea_);
+    std::thread([state, services = services_, view = liveView_, tileArea] {
         core::TimerHooks hooks;
         core::connectServiceHooks(hooks, services, *state);
         hooks.updateCamera = [state] {
@@ -140,6 +165,19 @@ bool MainWindow::create()
                 return platform::findWindow("", config::cp1251ToUtf8(videoName));
             };
             state->streams.updateCamera(update, 320, 320);
+        };
+        hooks.drawCamera = [state, view, tileArea] {
+            const liveview::ZonePicture zone = liveview::drawCamera(state->streams, *view, -1, -1, tileDrawHooks());
+            QCoreApplication* app = QCoreApplication::instance();
+            if (!app)
+                return;
+            QMetaObject::invokeMethod(
+                app,
+                [tileArea, image = liveview::zoneImage(zone.pixels), serial = zone.serial] {
+                    if (tileArea)
+                        tileArea->showZone(image, serial);
+                },
+                Qt::QueuedConnection);
         };
         core::runTimerThread(*state, hooks);
     }).detach();
@@ -258,9 +296,10 @@ QWidget* MainWindow::buildMainDialog()
     top->addStretch(1);
     grid->addLayout(top, 0, 0);
 
-    tileArea_ = new QLabel(dialog);
+    tileArea_ = new TileView(dialog);
     tileArea_->setMinimumSize(640, 480);
-    tileArea_->setAlignment(Qt::AlignLeft | Qt::AlignTop);
+    tileArea_->onHover = [this](int x, int y) { onTileHover(x, y); };
+    tileArea_->onClick = [this](int x, int y) { onTileClick(x, y); };
     tileArea_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Ignored);
     controls_[idTileArea] = tileArea_;
     grid->addWidget(tileArea_, 1, 0);
@@ -457,10 +496,39 @@ void MainWindow::layoutTiles()
     const QRect client = centralWidget()->rect();
     const core::Size zone = core::tileZoneForClient(client.width(), client.height() + statusBar()->height(),
                                                     statusBar()->height(), tileArea_->x(), tileArea_->y());
-    QPixmap picture(zone.width, zone.height);
-    picture.fill(QColor(48, 48, 48));
-    tileArea_->setPixmap(picture);
+    redrawTiles(zone.width, zone.height);
     updateStatusPanels();
+}
+
+void MainWindow::redrawTiles(int width, int height)
+{
+    if (!tileArea_)
+        return;
+    const liveview::ZonePicture zone = liveview::drawCamera(state_.streams, *liveView_, width, height, tileDrawHooks());
+    tileArea_->showZone(liveview::zoneImage(zone.pixels), zone.serial);
+}
+
+void MainWindow::onTileHover(int x, int y)
+{
+    if (liveview::updateHover(state_.streams, *liveView_, x, y))
+        redrawTiles(-1, -1);
+}
+
+void MainWindow::onTileClick(int x, int y)
+{
+    state_.status.set("");
+    statusBar()->clearMessage();
+    editCamera(x, y);
+}
+
+void MainWindow::editCamera(int x, int y)
+{
+    // Until the edit flow lands, a click is only hit-tested and logged.
+    const liveview::TileHit hit = liveview::hitTest(state_.streams, *liveView_, x, y);
+    if (hit.tile == liveview::noTile)
+        return;
+    VX_LOG(maintenance::logTrace,
+           "editCamera tile = " + std::to_string(hit.tile) + " zone = " + std::to_string(hit.button));
 }
 
 } // namespace vx::ui

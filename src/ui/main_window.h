@@ -19,7 +19,11 @@ class QTimer;
 class QMenu;
 class QAction;
 
+namespace vx::liveview { struct LiveView; }
+
 namespace vx::ui {
+
+class TileView;
 
 // Control identifiers of the main window and its dialog.
 enum ControlId : int {
@@ -75,6 +79,13 @@ private:
     void startTick();
     void placeWindow();
     void layoutTiles();
+    // Draws the tile area on this thread and shows it at once; -1 keeps the
+    // zone's size.
+    void redrawTiles(int width, int height);
+    void onTileHover(int x, int y);
+    void onTileClick(int x, int y);
+    // The edit entry point of a click on the tile area.
+    void editCamera(int x, int y);
     void rememberGeometry();
     void openEndpoint();
     void onTimerTick();
@@ -85,7 +96,9 @@ private:
     std::shared_ptr<supervision::ServiceContext> services_;
     std::map<int, QWidget*> controls_;
     std::map<int, QAction*> menuActions_;
-    QLabel* tileArea_ = nullptr;
+    TileView* tileArea_ = nullptr;
+    // Shared with the timer thread, which draws the tiles every second.
+    std::shared_ptr<liveview::LiveView> liveView_;
     QMenu* trayMenu_ = nullptr;
     QSystemTrayIcon* tray_ = nullptr;
     QTimer* tickTimer_ = nullptr;
