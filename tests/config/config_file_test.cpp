@@ -7,6 +7,8 @@
 
 #include <gtest/gtest.h>
 
+#include "support/captured_stderr.h"
+
 #include "config/date_time.h"
 #include "platform/named_lock.h"
 #include "support/temp_dir.h"
@@ -14,29 +16,9 @@
 namespace vx::config {
 namespace {
 
-// Everything written to standard error while the object lives.
-class CapturedStderr {
-public:
-    CapturedStderr() : previous_(std::cerr.rdbuf(buffer_.rdbuf())) {}
-    ~CapturedStderr() { std::cerr.rdbuf(previous_); }
-    std::string text() const { return buffer_.str(); }
-
-private:
-    std::ostringstream buffer_;
-    std::streambuf* previous_;
-};
-
-std::string readBytes(const std::filesystem::path& path) {
-    std::ifstream in(path, std::ios::binary);
-    std::ostringstream out;
-    out << in.rdbuf();
-    return out.str();
-}
-
-void writeBytes(const std::filesystem::path& path, const std::string& bytes) {
-    std::ofstream out(path, std::ios::binary | std::ios::trunc);
-    out << bytes;
-}
+using vx::test::CapturedStderr;
+std::string readBytes(const std::filesystem::path& path) { return vx::test::readFileBytes(path); }
+void writeBytes(const std::filesystem::path& path, const std::string& bytes) { vx::test::writeFileBytes(path, bytes); }
 
 // Whether another thread can take the named lock at this moment. Never waits.
 bool freeForOtherThreads(const std::string& mutexName) {

@@ -7,33 +7,14 @@
 #include <sstream>
 #include <string>
 
+#include "support/captured_stderr.h"
 #include "support/temp_dir.h"
 
 namespace vx::config::test {
 
-inline std::string readBytes(const std::filesystem::path& path) {
-    std::ifstream in(path, std::ios::binary);
-    std::ostringstream out;
-    out << in.rdbuf();
-    return out.str();
-}
-
-inline void writeBytes(const std::filesystem::path& path, const std::string& bytes) {
-    std::ofstream out(path, std::ios::binary | std::ios::trunc);
-    out << bytes;
-}
-
-// Everything written to standard error while the object lives.
-class CapturedStderr {
-public:
-    CapturedStderr() : previous_(std::cerr.rdbuf(buffer_.rdbuf())) {}
-    ~CapturedStderr() { std::cerr.rdbuf(previous_); }
-    std::string text() const { return buffer_.str(); }
-
-private:
-    std::ostringstream buffer_;
-    std::streambuf* previous_;
-};
+inline std::string readBytes(const std::filesystem::path& path) { return vx::test::readFileBytes(path); }
+inline void writeBytes(const std::filesystem::path& path, const std::string& bytes) { vx::test::writeFileBytes(path, bytes); }
+using vx::test::CapturedStderr;
 
 // A fresh config folder; its path is ASCII, so the 1251 text spells it the same.
 class ConfigFolder {
