@@ -300,6 +300,9 @@ QWidget* MainWindow::buildMainDialog()
     tileArea_->setMinimumSize(640, 480);
     tileArea_->onHover = [this](int x, int y) { onTileHover(x, y); };
     tileArea_->onClick = [this](int x, int y) { onTileClick(x, y); };
+    // The window's own resize comes before its layout has moved the tile
+    // area; the area's resize comes after, with the geometry in force.
+    tileArea_->onResize = [this] { layoutTiles(); };
     tileArea_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Ignored);
     controls_[idTileArea] = tileArea_;
     grid->addWidget(tileArea_, 1, 0);

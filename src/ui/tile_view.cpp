@@ -46,4 +46,11 @@ void TileView::mousePressEvent(QMouseEvent* event)
     QWidget::mousePressEvent(event);
 }
 
+void TileView::resizeEvent(QResizeEvent* event)
+{
+    QWidget::resizeEvent(event);
+    if (onResize)
+        onResize();
+}
+
 } // namespace vx::ui

@@ -22,11 +22,14 @@ public:
     // Zone coordinates of the mouse: every movement, and left clicks.
     std::function<void(int x, int y)> onHover;
     std::function<void(int x, int y)> onClick;
+    // The area got its new size (after the window's layout settled).
+    std::function<void()> onResize;
 
 protected:
     void paintEvent(QPaintEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
 
 private:
     QImage zone_;
