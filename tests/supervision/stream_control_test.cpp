@@ -1,0 +1,200 @@
+// The stream control against a made-up process world: what is started, with
+// which command line, what is found, and every log line.
+#include <gtest/gtest.h>
+
+#include "config/text_codec.h"
+#include "platform/process_command_line.h"
+#include "stream_test_support.h"
+#include "supervision/stream_control.h"
+
+namespace vx::supervision {
+namespace {
+
+struct FakeProcess : platform::StartedProcess {
+    bool ends = false;
+    int code = 0;
+    long pid() const override { return 4242; }
+    bool waitForExit(int) override { return ends; }
+    int exitCode() const override { return code; }
+};
+
+struct World {
+    core::StreamTable table;
+    StreamControl control;
+    std::vector<std::string> started;   // command lines, UTF-8
+    std::vector<int> waits;
+    bool startFails = false;
+    bool ends = false;
+    int code = 0;
+    std::vector<platform::ProcessEntry> processes;
+    std::map<long, std::vector<std::string>> arguments;
+    std::vector<std::string> sent;
+    long owner = 0;
+    std::vector<long> terminated;
+
+    World(std::vector<std::string> entries, std::vector<bool> autoRun = {})
+    {
+        control.table = &table;
+        control.settings = [entries, autoRun] {
+            StreamSettings s;
+            s.mainConfig.videoStreams = entries;
+            s.mainConfig.autoRunStreams = autoRun;
+            s.mainConfig.videoPath = "/v";
+            s.mainConfig.systemLogPath = "/l";
+            s.configDirectory = "/c";
+            return s;
+        };
+        control.start = [this](const platform::ProcessStartInfo& info) -> std::unique_ptr<platform::StartedProcess> {
+            started.push_back(info.commandLine);
+            if (startFails)
+                return nullptr;
+            auto p = std::make_unique<FakeProcess>();
+            p->ends = ends;
+            p->code = code;
+            return p;
+        };
+        control.listProcesses = [this] { return processes; };
+        control.readCommandLine = [this](long pid) { return platform::joinCommandLine(arguments[pid]); };
+        control.sleep = [this](int ms) { waits.push_back(ms); };
+        control.sendText = [this](platform::WindowHandle, std::string text, int) {
+            sent.push_back(text);
+            return true;
+        };
+        control.windowOwner = [this](platform::WindowHandle) { return owner; };
+        control.terminate = [this](long pid) {
+            terminated.push_back(pid);
+            return true;
+        };
+    }
+    void add(std::int32_t id)
+    {
+        config::CameraCommon common;
+        table.addStream(common, {}, {}, id, true);
+    }
+    void addProcess(long pid, const std::string& image, std::vector<std::string> args)
+    {
+        processes.push_back({pid, image, {}});
+        arguments[pid] = std::move(args);
+    }
+};
+
+const std::string early = config::utf8ToCp1251(" - процесс завершился спустя менее 5 секунд после старта");
+
+TEST(VideoStart, ByPositionAndById)
+{
+    test::StreamLogCapture log;
+    World world({"vx_stream0.json", "vx_stream5.json"});
+    world.add(0);
+    world.add(5);
+    videoStart(world.control, 2, -1);   // past the list
+    videoStart(world.control, 1, -1);   // position 1, the table's ID 5
+    videoStart(world.control, 100000, 5);
+    videoStart(world.control, 0, 7);    // no stream 7: position 0 under ID 7
+    videoStart(world.control, 100000, 7);
+    EXPECT_EQ(world.started,
+              (std::vector<std::string>{
+                  "vxVideoStream \"/c/vx_stream5.json\" \"/v\" \"/l/vxVideoStreamLog5.txt\"",
+                  "vxVideoStream \"/c/vx_stream5.json\" \"/v\" \"/l/vxVideoStreamLog5.txt\"",
+                  "vxVideoStream \"/c/vx_stream0.json\" \"/v\" \"/l/vxVideoStreamLog7.txt\"",
+              }));
+    EXPECT_EQ(log.lines(), (std::vector<std::string>{
+                               "[ERROR]videoStart index 2 error!",
+                               "[TRACE]videoStart ID5 ok!",
+                               "[TRACE]videoStart ID5 ok!",
+                               "[TRACE]videoStart ID7 ok!",
+                               "[ERROR]videoStart index 100000 error!",
+                           }));
+}
+
+TEST(VideoStart, EarlyEndsAndFailedStarts)
+{
+    test::StreamLogCapture log;
+    World world({"vx_stream3.json"});
+    world.add(3);
+    world.ends = true;
+    world.code = 0;
+    videoStart(world.control, 0, -1);
+    world.code = 2;
+    videoStart(world.control, 0, -1);
+    world.startFails = true;
+    videoStart(world.control, 0, -1);
+    EXPECT_EQ(log.lines(), (std::vector<std::string>{
+                               "[ERROR]vxVideoStream ID=3 " + early,
+                               "[TRACE]videoStart ID3 ok!",
+                               "[ERROR]vxVideoStream ID=3 " + early + config::utf8ToCp1251(" с ошибкой: ") + "2",
+                               "[TRACE]videoStart ID3 ok!",
+                               "[TRACE]videoStart ID3 ok!",
+                           }));
+}
+
+TEST(VideoStop, QuitWaitThenForce)
+{
+    test::StreamLogCapture log;
+    World world({});
+    world.add(0);
+    videoStop(world.control, 0);   // no window yet
+    videoStop(world.control, -1);
+    world.table.withDrawLock([](std::vector<core::CameraRuntime>& r) {
+        r[0].channel.window = 0x77;
+        r[0].hasImage = true;
+    });
+    world.owner = 0;   // left by itself
+    videoStop(world.control, 0);
+    EXPECT_TRUE(world.table.record(0).hasImage);
+    world.owner = 999;
+    videoStop(world.control, 0);
+    EXPECT_EQ(world.sent, (std::vector<std::string>{"quit", "quit"}));
+    EXPECT_EQ(world.waits, (std::vector<int>{1000, 1000}));
+    EXPECT_EQ(world.terminated, (std::vector<long>{999}));
+    EXPECT_FALSE(world.table.record(0).hasImage);
+    // The handle stays: the tile drawing looks the window up again.
+    EXPECT_EQ(world.table.record(0).channel.window, 0x77u);
+    EXPECT_EQ(log.lines(), (std::vector<std::string>{
+                               "[WARNING]videoStop index 0 not found!",
+                               "[WARNING]videoStop index -1 not found!",
+                               "[INFO]videoStop index 0 made!",
+                               "[INFO]videoStop index 0 made!",
+                           }));
+}
+
+TEST(FindProcessByArg, ComparisonRulesAndOrder)
+{
+    World world({});
+    world.addProcess(10, "VXVIDEOSTREAM", {"VXVIDEOSTREAM", "/c/vx_stream1.json"});   // image case differs
+    world.addProcess(11, "vxVideoStream", {"vxVideoStream"});                         // no argument
+    world.addProcess(12, "vxVideoStream", {"vxVideoStream", "\"/C\\VX_stream1.json \""});
+    world.addProcess(13, "vxVideoStream", {"vxVideoStream", "/c/vx_stream1.json"});
+    world.addProcess(14, "vxVideoStream", {"vxVideoStream", "/c/vx_stream2.json"});
+    // Blanks at the ends, other slashes, other case, quotes: still the
+    // same, and the first in the list wins.
+    EXPECT_EQ(findProcessByArg(world.control, "vxVideoStream", "/c/vx_stream1.json"), 12);
+    EXPECT_EQ(findProcessByArg(world.control, "vxVideoStream", "\"/C/Vx_Stream1.JSON\""), 12);
+    EXPECT_EQ(findProcessByArg(world.control, "vxVideoStream", "/c/vx_stream2.json"), 14);
+    EXPECT_EQ(findProcessByArg(world.control, "vxVideoStream", "/c/vx_stream3.json"), 0);
+    world.processes.erase(world.processes.begin() + 2);
+    EXPECT_EQ(findProcessByArg(world.control, "vxVideoStream", "/c/vx_stream1.json"), 13);
+    // A command line that can't be read matches nothing.
+    world.arguments[13] = {};
+    EXPECT_EQ(findProcessByArg(world.control, "vxVideoStream", "/c/vx_stream1.json"), 0);
+}
+
+TEST(RestartMissingStreams, StartsOnlyTheMissingAutorunStreams)
+{
+    test::StreamLogCapture log;
+    World world({"vx_stream0.json", "vx_stream1.json", "vx_stream2.json", "camera.json", "vx_stream4.json"},
+                {true, true, false, true});
+    world.add(0);
+    world.add(1);
+    world.add(2);
+    world.addProcess(50, "vxVideoStream", {"vxVideoStream", "/C/VX_STREAM0.JSON"});
+    restartMissingStreams(world.control);
+    EXPECT_EQ(world.started,
+              (std::vector<std::string>{"vxVideoStream \"/c/vx_stream1.json\" \"/v\" \"/l/vxVideoStreamLog1.txt\""}));
+    EXPECT_EQ(log.lines(), (std::vector<std::string>{
+                               "[TRACE]videoStart ID1 ok!",
+                               "[ERROR]videoStart index 100000 error!",
+                           }));
+}
+
+} // namespace
+} // namespace vx::supervision
