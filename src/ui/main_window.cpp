@@ -27,10 +27,12 @@
 #include "core/startup.h"
 #include "core/startup_streams.h"
 #include "core/status_panels.h"
+#include "core/stream_wiring.h"
 #include "core/timer_thread.h"
 #include "core/window_placement.h"
 #include "config/text_codec.h"
 #include "config/white_list_registry.h"
+#include "supervision/stream_channel.h"
 #include "liveview/interface_images.h"
 #include "liveview/live_view.h"
 #include "liveview/tile_hover.h"
@@ -100,6 +102,7 @@ MainWindow::MainWindow(core::AppState& state, QWidget* parent) : QMainWindow(par
     services_ = supervision::makeServiceContext(state_);
     liveView_ = std::make_shared<liveview::LiveView>();
     core::connectServiceActions(actions_, services_, state_);
+    core::connectStreamActions(actions_, supervision::makeStreamControl(state_));
     setWindowTitle(literal(windowTitleText));
     setWindowIcon(QIcon(imagePath("vexlane.png")));
 }
@@ -151,21 +154,11 @@ bool MainWindow::create()
     // shares its pixels; the tile area is reached only there, and only while
     // it still exists.
     QPointer<TileView> tileArea(tileArea_);
-    std::thread([state, services = services_, view = liveView_, tileArea] {
+    const platform::WindowHandle hostWindow = endpoint_ ? endpoint_->handle() : 0;
+    std::thread([state, services = services_, view = liveView_, tileArea, hostWindow] {
         core::TimerHooks hooks;
         core::connectServiceHooks(hooks, services, *state);
-        hooks.updateCamera = [state] {
-            core::UpdateCameraHooks update;
-            update.now = [] {
-                return std::chrono::duration_cast<std::chrono::seconds>(
-                           std::chrono::system_clock::now().time_since_epoch())
-                    .count();
-            };
-            update.findWindow = [](const std::string& videoName) {
-                return platform::findWindow("", config::cp1251ToUtf8(videoName));
-            };
-            state->streams.updateCamera(update, 320, 320);
-        };
+        core::connectStreamHooks(hooks, supervision::makeStreamControl(*state), *state, hostWindow);
         hooks.drawCamera = [state, view, tileArea] {
             const liveview::ZonePicture zone = liveview::drawCamera(state->streams, *view, -1, -1, tileDrawHooks());
             QCoreApplication* app = QCoreApplication::instance();
@@ -326,7 +319,9 @@ void MainWindow::openEndpoint()
         raise();
         activateWindow();
     };
-    endpoint_->onCopyData = [](const platform::CopyDataMessage&) { return true; };
+    endpoint_->onCopyData = [this](const platform::CopyDataMessage& message) {
+        return supervision::onCopyData(state_.streams, message, core::calendarSeconds);
+    };
     if (endpoint_->pollDescriptor() >= 0) {
         endpointNotifier_ = new QSocketNotifier(endpoint_->pollDescriptor(), QSocketNotifier::Read, this);
         connect(endpointNotifier_, &QSocketNotifier::activated, this, [this] { endpoint_->dispatchPending(); });
