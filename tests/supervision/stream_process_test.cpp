@@ -1,0 +1,165 @@
+// The real vxVideoStream on a generated video: started by videoStart, found
+// by its window, answering "getimage" through its block, leaving on "quit"
+// or ended by force, and started again only when missing.
+#include <gtest/gtest.h>
+
+#include <future>
+#include <unistd.h>
+
+#include "config/camera_config.h"
+#include "config/text_codec.h"
+#include "platform/window_endpoint.h"
+#include "support/installation.h"
+#include "support/temp_dir.h"
+#include "supervision/stream_channel.h"
+#include "supervision/stream_control.h"
+
+namespace vx::supervision {
+namespace {
+
+namespace fs = std::filesystem;
+
+struct StreamWorld {
+    test::RuntimeSandbox sandbox;
+    test::TempDir root;
+    core::StreamTable table;
+    StreamControl control;
+    std::vector<std::string> entries;
+    std::vector<bool> autoRun;
+    std::int32_t baseId = 800000 + static_cast<std::int32_t>(::getpid() % 10000) * 10;
+
+    StreamWorld()
+    {
+        fs::create_directories(root.path() / "configs");
+        fs::create_directories(root.path() / "logs");
+        control.table = &table;
+        control.startWatchMs = 300;
+        control.settings = [this] {
+            StreamSettings s;
+            s.mainConfig.videoStreams = entries;
+            s.mainConfig.autoRunStreams = autoRun;
+            s.mainConfig.videoPath = (root.path() / "videos").string();
+            s.mainConfig.systemLogPath = (root.path() / "logs").string();
+            s.configDirectory = (root.path() / "configs").string();
+            s.baseDirectory = VEXLANE_BIN_DIR;
+            return s;
+        };
+    }
+    ~StreamWorld()
+    {
+        for (const std::string& entry : entries)
+            while (long pid = findProcessByArg(control, streamImageName(), firstArg(entry)))
+                if (!platform::terminateProcess(pid) || !test::waitFor([&] { return !findProcessByArg(control, streamImageName(), firstArg(entry)); }, 5000))
+                    break;
+    }
+    std::string firstArg(const std::string& entry) const { return (root.path() / "configs").string() + "/" + entry; }
+    std::string name(int k) const { return "Поток " + std::to_string(baseId + k); }
+    // A stream file and its table record; returns its position.
+    int addStream(int k, bool autorun)
+    {
+        config::CameraConfig camera;
+        camera.common.ID = baseId + k;
+        camera.common.videoName = config::utf8ToCp1251(name(k));
+        camera.common.videoPath = std::string(VEXLANE_BIN_DIR) + "/demo_videos/gate_entry.avi";
+        const std::string entry = config::cameraFileName(baseId + k);
+        config::saveCamera(config::cameraFilePath((root.path() / "configs").string(), baseId + k), camera, 1234, 1235);
+        std::int32_t id = baseId + k;
+        table.addStream(camera.common, camera.recognition, camera.control, id, true);
+        entries.push_back(entry);
+        autoRun.push_back(autorun);
+        return static_cast<int>(entries.size()) - 1;
+    }
+    long pidOf(int position) { return findProcessByArg(control, streamImageName(), firstArg(entries[position])); }
+};
+
+TEST(StreamProcess, PictureArrivesWithinTwoTicksAndQuitEndsIt)
+{
+    StreamWorld world;
+    const int position = world.addStream(0, true);
+    videoStart(world.control, position, -1);
+    ASSERT_TRUE(test::waitFor([&] { return platform::findWindow("", world.name(0)) != 0; }, 10000));
+    EXPECT_NE(world.pidOf(position), 0);
+
+    auto manager = platform::createWindowEndpoint("Vexlane", "manager");
+    ASSERT_TRUE(manager);
+    manager->onCopyData = [&](const platform::CopyDataMessage& m) {
+        return onCopyData(world.table, m, [] { return std::int64_t{42}; });
+    };
+    core::UpdateCameraHooks hooks;
+    hooks.now = [] { return std::int64_t{40}; };
+    hooks.findWindow = [](const std::string& title) { return platform::findWindow("", config::cp1251ToUtf8(title)); };
+    std::vector<std::future<void>> requests;
+    hooks.requestImage = [&](const core::StreamChannel& channel, int w, int h) {
+        const platform::WindowHandle host = manager->handle();
+        requests.push_back(std::async(std::launch::async, [channel, host, w, h] { requestImage(channel, host, w, h); }));
+    };
+    bool arrived = false;
+    for (int tick = 0; tick < 2 && !arrived; ++tick) {
+        world.table.updateCamera(hooks, 320, 320);
+        // What the tile drawing does: the table takes the window it found.
+        world.table.withDrawLock([](std::vector<core::CameraRuntime>& r) {
+            if (r[0].channel.window == 0)
+                r[0].channel.window = platform::findWindow("", config::cp1251ToUtf8(r[0].config.videoName));
+        });
+        const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(1);
+        while (!arrived && std::chrono::steady_clock::now() < end) {
+            manager->dispatchOne(50);
+            arrived = world.table.record(0).hasImage;
+        }
+    }
+    for (auto& r : requests)
+        r.wait();
+    ASSERT_TRUE(arrived);
+    EXPECT_EQ(world.table.record(0).image.size(), cv::Size(320, 320));
+    EXPECT_EQ(world.table.record(0).lastImageTime, 42);
+
+    const long pid = world.pidOf(position);
+    videoStop(world.control, position);
+    EXPECT_TRUE(test::waitFor([&] { return world.pidOf(position) == 0; }, 5000));
+    EXPECT_EQ(platform::windowOwnerPid(world.table.record(0).channel.window), 0);
+    EXPECT_NE(pid, 0);
+    // It left by itself: the picture flag is the freshness rule's business.
+    EXPECT_TRUE(world.table.record(0).hasImage);
+}
+
+TEST(StreamProcess, OneThatIgnoresQuitIsEnded)
+{
+    test::ScopedEnv ignore("VX_STREAM_TEST_IGNORE_QUIT", "1");
+    StreamWorld world;
+    const int position = world.addStream(1, true);
+    videoStart(world.control, position, -1);
+    platform::WindowHandle window = 0;
+    ASSERT_TRUE(test::waitFor([&] { return (window = platform::findWindow("", world.name(1))) != 0; }, 10000));
+    world.table.withDrawLock([&](std::vector<core::CameraRuntime>& r) {
+        r[0].channel.window = window;
+        r[0].hasImage = true;
+    });
+    videoStop(world.control, position);
+    EXPECT_TRUE(test::waitFor([&] { return world.pidOf(position) == 0; }, 5000));
+    EXPECT_FALSE(world.table.record(0).hasImage);
+}
+
+TEST(StreamProcess, RestartMissingStreamsStartsOnlyTheMissingAutorunOnes)
+{
+    StreamWorld world;
+    const int running = world.addStream(2, true);
+    const int missing = world.addStream(3, true);
+    const int manual = world.addStream(4, false);
+    videoStart(world.control, running, -1);
+    ASSERT_TRUE(test::waitFor([&] { return world.pidOf(running) != 0; }, 10000));
+    const long before = world.pidOf(running);
+    restartMissingStreams(world.control);
+    EXPECT_TRUE(test::waitFor([&] { return world.pidOf(missing) != 0; }, 10000));
+    EXPECT_EQ(world.pidOf(running), before);
+    EXPECT_EQ(world.pidOf(manual), 0);
+    // Just one process per stream.
+    int count = 0;
+    for (const auto& p : platform::listProcesses())
+        if (p.imageName == streamImageName() && p.pid != 0 &&
+            findProcessByArg(world.control, streamImageName(), world.firstArg(world.entries[running])) == p.pid)
+            ++count;
+    EXPECT_EQ(count, 1);
+}
+
+} // namespace
+} // namespace vx::supervision
