@@ -24,6 +24,7 @@
 
 #include "core/global_commands.h"
 #include "core/service_wiring.h"
+#include "core/settings_commands.h"
 #include "core/startup.h"
 #include "core/startup_streams.h"
 #include "core/status_panels.h"
@@ -40,6 +41,7 @@
 #include "liveview/zone_image.h"
 #include "maintenance/system_log.h"
 #include "ui/qt_text.h"
+#include "ui/white_list_windows.h"
 #include "ui/tile_view.h"
 
 namespace vx::ui {
@@ -384,6 +386,9 @@ void MainWindow::onDialogCommand(int id)
         break;
     case idStopAll:
         core::stopAll(state_, actions_);
+        break;
+    case idLists:
+        core::editWhiteLists(state_, [this] { runWhiteListManager(this, state_); });
         break;
     default:
         break;
