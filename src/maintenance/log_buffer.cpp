@@ -32,9 +32,12 @@ LogBuffer::LogBuffer(const std::filesystem::path& path, LogMode mode, Clock cloc
     }
     // Binary, with the CR LF of text mode written by putText, so the file
     // reads the same on every platform. Other programs may read it meanwhile.
-    const auto openMode = std::ios::out | std::ios::binary |
-                          (mode_ == LogMode::archiveTruncate ? std::ios::trunc : std::ios::app);
-    file_.open(path, openMode);
+    // The file is always written at its end (truncated first in mode 1), so
+    // the crash capture's texts, appended to it through a descriptor of their
+    // own, are never overwritten by a later line of this stream.
+    if (mode_ == LogMode::archiveTruncate)
+        std::ofstream(path, std::ios::out | std::ios::binary | std::ios::trunc);
+    file_.open(path, std::ios::out | std::ios::binary | std::ios::app);
     if (!file_.is_open()) {
         std::cerr << "Failed to open log file!" << std::endl;
         return;

@@ -1,0 +1,60 @@
+// Dies the way the test asks, with the crash capture installed.
+//   crash_child <base folder> <how> <text file> log|stderr
+// <how>: segv, abort, terminate, thread-segv, fpe, ill, none.
+// "log": the texts file is opened as a system log (standard error leads
+// into it, as in the manager); "stderr": the process's own standard error is
+// pointed at it. "none" leaves normally with 0.
+#include "maintenance/crash_capture.h"
+#include "maintenance/system_log.h"
+
+#include <fcntl.h>
+#include <signal.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <iostream>
+#include <memory>
+#include <stdexcept>
+#include <string>
+#include <thread>
+
+namespace {
+
+[[gnu::noinline]] void writeThroughNull()
+{
+    volatile int* volatile nowhere = nullptr;
+    *nowhere = 7;
+}
+
+} // namespace
+
+int main(int argc, char* argv[])
+{
+    using namespace vx::maintenance;
+    if (argc != 5)
+        return 2;
+    const std::string how = argv[2];
+    installCrashCapture(argv[1]);
+    if (std::string(argv[4]) == "log") {
+        setSystemLog(std::make_unique<LogBuffer>(argv[3], LogMode::appendStart));
+        attachToStandardError(*systemLog());
+        sendCrashTextsTo(argv[3]);
+        systemLog()->writeLine("before the crash");
+    } else {
+        const int fd = ::open(argv[3], O_WRONLY | O_CREAT | O_TRUNC, 0644);
+        ::dup2(fd, STDERR_FILENO);
+    }
+    if (how == "segv")
+        writeThroughNull();
+    else if (how == "abort")
+        std::abort();
+    else if (how == "terminate")
+        throw std::runtime_error("nobody catches this");
+    else if (how == "thread-segv")
+        std::thread(writeThroughNull).join();
+    else if (how == "fpe")
+        ::raise(SIGFPE);
+    else if (how == "ill")
+        ::raise(SIGILL);
+    return 0;
+}
