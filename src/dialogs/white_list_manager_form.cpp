@@ -38,7 +38,10 @@ WhiteListManagerForm::WhiteListManagerForm(config::WhiteListTable& table, std::s
     deleteList.onPress = [this] { removeList(); };
     addList.onPress = [this] { newList(); };
     saveList.onPress = [this] { save(); };
-    addRow.onPress = [this] { openEntry(); };
+    addRow.onPress = [this] {
+        state_.selectedRowId = -1;   // a new row
+        openEntry();
+    };
     deleteRow.onPress = [this] { removeRow(); };
 }
 

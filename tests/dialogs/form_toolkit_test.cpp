@@ -1,0 +1,156 @@
+// The form toolkit: fields as the operator drives them, the checks of an
+// accept and the message boxes' titles and kinds.
+#include <gtest/gtest.h>
+
+#include "dialogs/form.h"
+#include "dialogs/form_fields.h"
+#include "dialogs/picker_text.h"
+#include "dialogs/plate_case.h"
+#include "white_list_fixture.h"
+
+using namespace vx;
+using namespace vx::dialogs;
+using vx::dialogs::test::cp;
+
+TEST(FormFields, TextIsCutAtItsLimitAndADisabledFieldTakesNoInput)
+{
+    TextField field;
+    field.maxLength = 5;
+    field.type("abcdefgh");
+    EXPECT_EQ(field.text, "abcde");
+    field.set("123456");
+    EXPECT_EQ(field.text, "12345");
+    field.enabled = false;
+    field.type("x");
+    EXPECT_EQ(field.text, "12345");
+
+    int clicks = 0;
+    CheckField check;
+    check.onClick = [&] { ++clicks; };
+    check.click();
+    EXPECT_TRUE(check.checked);
+    check.enabled = false;
+    check.click();
+    EXPECT_TRUE(check.checked);
+    EXPECT_EQ(clicks, 1);
+
+    ChoiceField choice;
+    choice.count = 3;
+    choice.choose(2);
+    choice.choose(3);   // no such choice
+    EXPECT_EQ(choice.chosen, 2);
+
+    ListField list;
+    list.items = {"a", "b"};
+    list.select(5);
+    EXPECT_EQ(list.selected, -1);
+    list.select(1);
+    EXPECT_EQ(list.selected, 1);
+}
+
+TEST(FormFields, NumbersAreReadAsTyped)
+{
+    IntegerField integer;
+    integer.minimum = 1;
+    integer.maximum = 65535;
+    std::int64_t value = 0;
+    integer.type(" 8080 ");
+    EXPECT_TRUE(integer.read(value));
+    EXPECT_EQ(value, 8080);
+    EXPECT_TRUE(integer.inRange());
+    integer.type("70000");
+    EXPECT_FALSE(integer.inRange());
+    for (const char* bad : {"", "12a", "a12", " "}) {
+        integer.type(bad);
+        EXPECT_FALSE(integer.read(value)) << bad;
+    }
+    RealField real;
+    double number = 0;
+    real.type("0,75");
+    EXPECT_TRUE(real.read(number));
+    EXPECT_DOUBLE_EQ(number, 0.75);
+    real.type("0.5x");
+    EXPECT_FALSE(real.read(number));
+    real.set(0.333, 2);
+    EXPECT_EQ(real.text, "0.33");
+}
+
+TEST(FormFields, TableWidthsGiveTheLastColumnTheRest)
+{
+    TableField table;
+    table.columns = {{"ID", 0.05, false}, {"a", 0.28, true}, {"b", 0.28, true}, {"c", 0, true}};
+    EXPECT_EQ(table.widths(1000), (std::vector<int>{50, 280, 280, 390}));
+    EXPECT_EQ(table.widths(0), (std::vector<int>{0, 0, 0, 0}));
+    table.rows = {{"0"}, {"1"}};
+    std::int32_t clicked = -2;
+    table.onDoubleClick = [&](std::int32_t r) { clicked = r; };
+    table.doubleClick(1);
+    EXPECT_EQ(clicked, 1);
+    EXPECT_EQ(table.selectedRow, 1);
+    table.doubleClick(7);   // no row there: no selection
+    EXPECT_EQ(clicked, -1);
+}
+
+TEST(FormChecks, TheLastFailingTestGivesTheOneMessage)
+{
+    ScriptedMessages messages;
+    FormChecks checks;
+    checks.test(false, "first");
+    checks.test(true, "passes");
+    checks.test(false, "second");
+    checks.test(true, "passes too");
+    EXPECT_FALSE(checks.report(messages));
+    ASSERT_EQ(messages.shown.size(), 1u);
+    EXPECT_EQ(messages.shown[0].text, "second");
+    EXPECT_EQ(messages.shown[0].title, cp("Сообщение"));
+    EXPECT_EQ(messages.shown[0].icon, MessageIcon::error);
+
+    FormChecks clean;
+    clean.test(true, "x");
+    EXPECT_TRUE(clean.report(messages));
+    EXPECT_EQ(messages.shown.size(), 1u);
+}
+
+TEST(Messages, QuestionsHaveTheirTitlesButtonsAndScriptedAnswers)
+{
+    ScriptedMessages messages;
+    messages.answer(true);
+    EXPECT_TRUE(askYesNo(messages, "q1"));
+    EXPECT_FALSE(askOkCancel(messages, "q2"));   // script ran out: otherAnswer
+    showInformation(messages, "note");
+    ASSERT_EQ(messages.shown.size(), 3u);
+    EXPECT_EQ(messages.shown[0].title, cp("Осторожно!"));
+    EXPECT_EQ(messages.shown[0].buttons, MessageButtons::yesNo);
+    EXPECT_EQ(messages.shown[0].icon, MessageIcon::warning);
+    EXPECT_EQ(messages.shown[1].title, cp("Предупреждение"));
+    EXPECT_EQ(messages.shown[1].buttons, MessageButtons::okCancel);
+    EXPECT_EQ(messages.shown[2].title, cp("Сообщение"));
+    EXPECT_EQ(messages.shown[2].icon, MessageIcon::information);
+}
+
+TEST(PickerText, DateAndTimeFormsAndJoining)
+{
+    config::DateTime date{};
+    date.year = 2024;
+    date.month = 3;
+    date.day = 1;
+    date.hour = 23;
+    config::DateTime time{};
+    time.year = 1999;
+    time.hour = 8;
+    time.minute = 5;
+    const config::DateTime joined = joinDateTime(date, time);
+    EXPECT_EQ(dateTimeText(joined), "2024-03-01 08:05:00");
+    EXPECT_EQ(dateText(joined), "2024-03-01");
+    EXPECT_EQ(timeText(joined), "08:05:00");
+}
+
+TEST(PlateCase, LatinAndCyrillicLettersOnlyAreRaised)
+{
+    EXPECT_EQ(upperCasePlate(cp("а123вс77 x")), cp("А123ВС77 X"));
+    EXPECT_EQ(upperCasePlate(cp("ёяЁ")), cp("ЁЯЁ"));
+    // Other bytes stay: digits, blanks, masks, Latin capitals, the other
+    // letters of the code page.
+    EXPECT_EQ(upperCasePlate("*[A]|9 "), "*[A]|9 ");
+    EXPECT_EQ(upperCasePlate(cp("іїє")), cp("іїє"));
+}

@@ -1,0 +1,345 @@
+// The white list manager driven without a window: opening, showing and
+// sorting, the read-only list 0, rows, lists and closing.
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+
+#include "dialogs/list_entry_form.h"
+#include "dialogs/nested_list_form.h"
+#include "dialogs/new_white_list_form.h"
+#include "dialogs/white_list_manager_form.h"
+#include "dialogs/white_list_view.h"
+#include "white_list_fixture.h"
+
+using namespace vx;
+using namespace vx::dialogs;
+using namespace vx::dialogs::test;
+
+namespace {
+
+std::vector<std::string> titles(const TableField& table)
+{
+    std::vector<std::string> result;
+    for (const TableColumn& column : table.columns)
+        result.push_back(column.title);
+    return result;
+}
+
+std::vector<std::string> column(const TableField& table, std::size_t c)
+{
+    std::vector<std::string> result;
+    for (const auto& row : table.rows)
+        result.push_back(row.at(c));
+    return result;
+}
+
+class ManagerTest : public ::testing::Test {
+protected:
+    ManagerTest()
+    {
+        companions.newList = [this](NewWhiteListForm& form) {
+            ++opened;
+            form.fill();
+            form.name.type(newName);
+            form.kind.choose(newKind);
+            return form.accept();   // a refused add: the operator then cancels
+        };
+        companions.entry = [this](ListEntryForm& form) {
+            ++opened;
+            lastRowId = form.rowId();
+            form.fill();
+            if (entryAction)
+                entryAction(form);
+            return form.accept();
+        };
+        companions.nested = [this](NestedListForm& form) {
+            ++opened;
+            form.fill();
+            form.list.select(1);
+            return form.accept();
+        };
+    }
+
+    WhiteListManagerForm& open()
+    {
+        form_ = std::make_unique<WhiteListManagerForm>(table, disk.dir(), state, messages, companions, fixedNow);
+        form_->fill();
+        return *form_;
+    }
+
+    vx::test::CapturedStderr quiet;   // the extended list's file is tried as CSV first
+    ListsOnDisk disk;
+    config::WhiteListTable table;
+    WhiteListManagerState state;
+    ScriptedMessages messages;
+    WhiteListCompanions companions;
+    std::string newName = "New";
+    std::int32_t newKind = 0;
+    std::function<void(ListEntryForm&)> entryAction;
+    std::int32_t lastRowId = -2;
+    int opened = 0;
+
+private:
+    std::unique_ptr<WhiteListManagerForm> form_;
+};
+
+} // namespace
+
+TEST_F(ManagerTest, OpeningRereadsTheFilesAndKeepsListZeroReadOnly)
+{
+    table.lists.resize(7);   // whatever an earlier closing left in memory
+    state.sortState = 5;
+    state.currentIndex = 3;
+    WhiteListManagerForm& form = open();
+    EXPECT_EQ(form.lists.items, (std::vector<std::string>{"Empty", cp("Въезд"), "Guests", "Ext"}));
+    EXPECT_EQ(form.lists.selected, 0);
+    EXPECT_EQ(state.sortState, 5);
+    EXPECT_EQ(state.currentIndex, 0);
+    EXPECT_EQ(titles(form.rows), (std::vector<std::string>{"ID", cp("Номер"), cp("Автомобиль"),
+                                                           cp("Дополнительные сведения")}));
+    for (ButtonField* button : {&form.deleteList, &form.saveList, &form.addRow, &form.deleteRow})
+        EXPECT_FALSE(button->enabled);
+    EXPECT_TRUE(form.addList.enabled);
+    EXPECT_EQ(form.addRow.caption, cp("Добавить  номер"));   // two blanks, as designed
+
+    form.lists.select(ListsOnDisk::plain);
+    for (ButtonField* button : {&form.deleteList, &form.saveList, &form.addRow, &form.deleteRow})
+        EXPECT_TRUE(button->enabled);
+    EXPECT_EQ(state.sortState, 0);
+    EXPECT_EQ(form.addRow.caption, cp("Добавить номер"));
+    EXPECT_EQ(form.deleteRow.caption, cp("Удалить номер"));
+    EXPECT_EQ(form.kindText.text, cp("Обычный белый список"));
+    EXPECT_EQ(column(form.rows, 0), (std::vector<std::string>{"0", "1", "2"}));
+
+    form.lists.select(ListsOnDisk::empty);
+    for (ButtonField* button : {&form.deleteList, &form.saveList, &form.addRow, &form.deleteRow})
+        EXPECT_FALSE(button->enabled);
+}
+
+TEST_F(ManagerTest, HeaderSetsKindTextsAndCaptionsFollowTheKind)
+{
+    WhiteListManagerForm& form = open();
+    form.lists.select(ListsOnDisk::oneTime);
+    EXPECT_EQ(titles(form.rows), (std::vector<std::string>{"ID", cp("Номер"), cp("Автомобиль"),
+                                                           cp("Дополнительные сведения"),
+                                                           cp("Начальное время"), cp("Конечное время")}));
+    EXPECT_EQ(form.rows.widths(1000), (std::vector<int>{50, 180, 180, 280, 150, 160}));
+    EXPECT_EQ(form.kindText.text, cp("Белый список для разовых посещений"));
+    EXPECT_EQ(form.rows.rows.at(0),
+              (std::vector<std::string>{"0", "K1", "", "", "2024-03-01 08:05:00", "2024-03-02 09:00:00"}));
+
+    form.lists.select(ListsOnDisk::extended);
+    EXPECT_EQ(titles(form.rows), (std::vector<std::string>{"ID", cp("Имя списка"), cp("Разрешенные дни"),
+                                                           cp("Начальное время"), cp("Конечное время")}));
+    EXPECT_EQ(form.rows.widths(1000), (std::vector<int>{50, 280, 280, 190, 200}));
+    EXPECT_FALSE(form.rows.columns[0].centred);
+    EXPECT_TRUE(form.rows.columns[1].centred);
+    EXPECT_EQ(form.kindText.text,
+              cp("Расширенный список, состоящий из нескольких обычных списков с правилами"));
+    EXPECT_EQ(form.addRow.caption, cp("Добавить вложенный список"));
+    EXPECT_EQ(form.deleteRow.caption, cp("Удалить вложенный список"));
+    ASSERT_EQ(form.rows.rows.size(), 3u);
+    EXPECT_EQ(form.rows.rows[0], (std::vector<std::string>{"0", cp("Въезд"), cp("Все дни"), "00:00:00", "23:59:59"}));
+    EXPECT_EQ(form.rows.rows[1], (std::vector<std::string>{"1", "Guests", "0,2", "08:05:00", "23:59:59"}));
+    EXPECT_EQ(form.rows.rows[2][2], "2024-03-01");
+}
+
+TEST_F(ManagerTest, HeaderClicksSortCopiesByUnsignedBytes)
+{
+    WhiteListManagerForm& form = open();
+    form.lists.select(ListsOnDisk::plain);
+    form.rows.clickHeader(1);
+    EXPECT_EQ(state.sortState, 2);
+    // "Я" is byte 0xDF and sorts after every Latin letter.
+    EXPECT_EQ(column(form.rows, 1), (std::vector<std::string>{"A300", "B200", cp("Я100")}));
+    form.rows.clickHeader(1);
+    EXPECT_EQ(state.sortState, 3);
+    EXPECT_EQ(column(form.rows, 1), (std::vector<std::string>{cp("Я100"), "B200", "A300"}));
+    form.rows.clickHeader(1);   // the third click: ascending again
+    EXPECT_EQ(state.sortState, 2);
+    form.rows.clickHeader(2);   // a new header always starts ascending
+    EXPECT_EQ(state.sortState, 4);
+    EXPECT_EQ(column(form.rows, 2), (std::vector<std::string>{"Volvo", "Zil", "audi"}));
+    form.rows.clickHeader(3);
+    form.rows.clickHeader(3);
+    EXPECT_EQ(column(form.rows, 3), (std::vector<std::string>{"z", "m", "a"}));
+    // The stored order never changes.
+    EXPECT_EQ(table.lists[ListsOnDisk::plain].entries[0].num, "B200");
+
+    form.lists.select(ListsOnDisk::oneTime);   // another list: back to the first column
+    EXPECT_EQ(state.sortState, 0);
+    form.rows.clickHeader(2);
+    form.rows.clickHeader(4);   // "Начальное время": the stored order
+    EXPECT_EQ(state.sortState, 8);
+    EXPECT_EQ(column(form.rows, 1), (std::vector<std::string>{"K1", "E2"}));
+    form.rows.clickHeader(1);
+    EXPECT_EQ(column(form.rows, 1), (std::vector<std::string>{"E2", "K1"}));
+
+    form.lists.select(ListsOnDisk::extended);
+    form.rows.clickHeader(1);
+    form.rows.clickHeader(1);   // the state changes, the rows don't
+    EXPECT_EQ(state.sortState, 3);
+    EXPECT_EQ(column(form.rows, 0), (std::vector<std::string>{"0", "1", "2"}));
+}
+
+TEST_F(ManagerTest, AnEditByDoubleClickKeepsHeadersAndSortAndLeavesTheListClean)
+{
+    WhiteListManagerForm& form = open();
+    form.lists.select(ListsOnDisk::plain);
+    form.rows.clickHeader(1);
+    form.rows.clickHeader(1);   // numbers descending: "Я100", "B200", "A300"
+    entryAction = [](ListEntryForm& entry) { entry.car.type("Lada"); };
+    form.rows.doubleClick(1);
+    EXPECT_EQ(lastRowId, 0);    // the ID of the row shown second, B200
+    EXPECT_EQ(state.selectedRowId, 0);
+    EXPECT_EQ(state.sortState, 3);
+    EXPECT_EQ(form.rows.columns.size(), 4u);
+    EXPECT_EQ(form.rows.rows[1], (std::vector<std::string>{"0", "B200", "Lada", "z"}));
+    EXPECT_FALSE(table.lists[ListsOnDisk::plain].dirty);
+
+    // The add button always adds.
+    entryAction = [](ListEntryForm& entry) { entry.num.type("c5"); };
+    form.addRow.press();
+    EXPECT_EQ(lastRowId, -1);
+    EXPECT_EQ(form.rows.rows.size(), 4u);
+    EXPECT_TRUE(table.lists[ListsOnDisk::plain].dirty);
+
+    // No row under the double click: nothing opens.
+    opened = 0;
+    form.rows.doubleClick(-1);
+    EXPECT_EQ(opened, 0);
+}
+
+TEST_F(ManagerTest, DeletedRowsDirtyPlainListsButNotExtendedOnes)
+{
+    WhiteListManagerForm& form = open();
+    form.lists.select(ListsOnDisk::extended);
+    form.rows.select(0);
+    form.deleteRow.press();
+    EXPECT_EQ(form.rows.rows.size(), 2u);
+    EXPECT_EQ(form.rows.rows[0][1], "Guests");
+    EXPECT_TRUE(form.accept());   // nothing dirty: no question
+    EXPECT_TRUE(messages.shown.empty());
+
+    form.lists.select(ListsOnDisk::plain);
+    form.deleteRow.press();   // no row selected: nothing happens
+    EXPECT_EQ(form.rows.rows.size(), 3u);
+    form.rows.select(2);
+    form.deleteRow.press();
+    EXPECT_EQ(column(form.rows, 0), (std::vector<std::string>{"0", "1"}));
+    EXPECT_TRUE(table.lists[ListsOnDisk::plain].dirty);
+}
+
+TEST_F(ManagerTest, ClosingAsksOnlyAboutTheFirstDirtyList)
+{
+    WhiteListManagerForm& form = open();
+    table.lists[ListsOnDisk::oneTime].dirty = true;
+    table.lists[ListsOnDisk::plain].dirty = true;
+    EXPECT_TRUE(form.escape());
+    EXPECT_TRUE(messages.shown.empty());
+
+    messages.answer(false);
+    EXPECT_FALSE(form.accept());
+    messages.answer(true);
+    EXPECT_TRUE(form.accept());
+    ASSERT_EQ(messages.shown.size(), 2u);
+    EXPECT_EQ(messages.shown[0].text, cp("Подвердите, что вы хотите выйти, не сохранив список Въезд!"));
+    EXPECT_EQ(messages.shown[0].title, cp("Предупреждение"));
+    EXPECT_EQ(messages.shown[0].buttons, MessageButtons::okCancel);
+    // Nothing was written.
+    EXPECT_TRUE(table.lists[ListsOnDisk::plain].dirty);
+}
+
+TEST_F(ManagerTest, SavingWritesTheListOnShowAndSaysSo)
+{
+    WhiteListManagerForm& form = open();
+    form.lists.select(ListsOnDisk::plain);
+    form.rows.select(0);
+    form.deleteRow.press();
+    const std::string file = table.lists[ListsOnDisk::plain].file;
+    form.saveList.press();
+    EXPECT_FALSE(table.lists[ListsOnDisk::plain].dirty);
+    EXPECT_EQ(disk.bytes(file), "ID,num,car,add\n1,Я100,audi,a,\n2,A300,Zil,m,\n");
+    ASSERT_EQ(messages.shown.size(), 1u);
+    EXPECT_EQ(messages.shown[0].text, cp("Сохранен список Въезд!"));
+    EXPECT_EQ(messages.shown[0].icon, MessageIcon::information);
+}
+
+TEST_F(ManagerTest, DeletingAListAsksThenLeavesListZeroOnShowWithTheButtonsEnabled)
+{
+    WhiteListManagerForm& form = open();
+    form.lists.select(ListsOnDisk::oneTime);
+    const std::string file = table.lists[ListsOnDisk::oneTime].file;
+    messages.answer(false);
+    form.deleteList.press();
+    EXPECT_EQ(table.lists.size(), 4u);
+    messages.answer(true);
+    form.deleteList.press();
+    EXPECT_EQ(texts(messages.shown),
+              (std::vector<std::string>(2, cp("Вы действительно хотите удалить из файлов список Guests?"))));
+    EXPECT_EQ(messages.shown[0].title, cp("Предупреждение"));
+    EXPECT_EQ(table.lists.size(), 3u);
+    EXPECT_FALSE(std::filesystem::exists(std::filesystem::path(disk.dir()) / file));
+    EXPECT_EQ(disk.bytes(config::whiteListsRegistryFile).find("Guests"), std::string::npos);
+    EXPECT_EQ(form.lists.selected, 0);
+    EXPECT_EQ(state.currentIndex, 0);
+    EXPECT_EQ(state.sortState, 0);
+    for (ButtonField* button : {&form.deleteList, &form.saveList, &form.addRow, &form.deleteRow})
+        EXPECT_TRUE(button->enabled);
+
+    messages.shown.clear();
+    form.deleteList.press();
+    ASSERT_EQ(messages.shown.size(), 1u);
+    EXPECT_EQ(messages.shown[0].text, cp("Нулевой белый список нельзя удалить!"));
+    EXPECT_EQ(messages.shown[0].title, cp("Сообщение"));
+    EXPECT_EQ(messages.shown[0].icon, MessageIcon::error);
+    EXPECT_EQ(table.lists.size(), 3u);
+}
+
+TEST_F(ManagerTest, ANewListIsSelectedEnabledAndOnDisk)
+{
+    WhiteListManagerForm& form = open();
+    newName = "";   // an empty name passes while no list bears it
+    newKind = config::extendedListKind;
+    form.addList.press();
+    ASSERT_EQ(table.lists.size(), 5u);
+    EXPECT_EQ(form.lists.selected, 4);
+    EXPECT_EQ(state.currentIndex, 4);
+    EXPECT_EQ(state.currentKind, config::extendedListKind);
+    EXPECT_EQ(form.addRow.caption, cp("Добавить вложенный список"));
+    EXPECT_TRUE(form.deleteList.enabled);
+    EXPECT_FALSE(table.lists[4].dirty);
+    EXPECT_TRUE(std::filesystem::exists(std::filesystem::path(disk.dir()) / table.lists[4].file));
+
+    // The nested list dialog appends to it and makes it dirty.
+    form.addRow.press();
+    ASSERT_EQ(form.rows.rows.size(), 1u);
+    EXPECT_EQ(form.rows.rows[0][1], cp("Въезд"));
+    EXPECT_TRUE(table.lists[4].dirty);
+
+    newName = "Guests";
+    form.addList.press();
+    EXPECT_EQ(table.lists.size(), 5u);
+    EXPECT_EQ(form.lists.selected, 4);
+    EXPECT_EQ(messages.shown.back().text, cp("Такое имя белого списка уже существует!"));
+}
+
+TEST_F(ManagerTest, NewListRefusalsHaveTheirMessages)
+{
+    WhiteListManagerForm& form = open();
+    // No free file name: list1 .. list1000 are all taken.
+    for (int n = 1; n <= 1000; ++n)
+        std::ofstream(std::filesystem::path(disk.dir()) / ("list" + std::to_string(n) + ".list.csv"));
+    table.fileCounter = 1;
+    newName = "Other";
+    form.addList.press();
+    ASSERT_EQ(messages.shown.size(), 1u);
+    EXPECT_EQ(messages.shown[0].text, cp("Имя файла белого списка уже занято!"));
+    EXPECT_EQ(messages.shown[0].icon, MessageIcon::error);
+
+    table.lists.resize(config::maxWhiteLists);
+    form.addList.press();
+    EXPECT_EQ(messages.shown.back().text, cp("Слишком много списков!"));
+    EXPECT_EQ(table.lists.size(), 1000u);
+}
