@@ -9,6 +9,7 @@
 #include <QStatusBar>
 
 #include "support/temp_dir.h"
+#include "support/qt_application.h"
 #include "ui/main_window.h"
 #include "ui/qt_text.h"
 
@@ -17,14 +18,7 @@ using namespace vx::ui;
 
 namespace {
 
-QApplication& application()
-{
-    static int argc = 1;
-    static char name[] = "ui_tests";
-    static char* argv[] = {name, nullptr};
-    static QApplication app(argc, argv);
-    return app;
-}
+QApplication& application() { return test::qtApplication(); }
 
 // The window's timer thread is detached and keeps a reference to its state,
 // so each test's state lives on after the test.

@@ -12,21 +12,14 @@
 #include "config/recognition_config.h"
 #include "supervision/service_test_support.h"
 #include "support/installation.h"
+#include "support/qt_application.h"
 #include "ui/main_window.h"
 
 using namespace vx;
 
 namespace {
 
-void ensureApplication()
-{
-    if (QCoreApplication::instance())
-        return;
-    static int argc = 1;
-    static char name[] = "ui_tests";
-    static char* argv[] = {name, nullptr};
-    static QApplication app(argc, argv);
-}
+void ensureApplication() { test::qtApplication(); }
 
 TEST(ServiceButtons, StartAllStartsTheServicesStopAllEndsThemExitLeavesThem)
 {

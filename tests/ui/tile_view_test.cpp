@@ -4,22 +4,14 @@
 #include <QApplication>
 #include <QMouseEvent>
 
+#include "support/qt_application.h"
 #include "ui/tile_view.h"
 
 using vx::ui::TileView;
 
 namespace {
 
-QApplication& app()
-{
-    if (auto* existing = qobject_cast<QApplication*>(QCoreApplication::instance()))
-        return *existing;
-    static int argc = 1;
-    static char name[] = "ui_tests";
-    static char* argv[] = {name, nullptr};
-    static QApplication application(argc, argv);
-    return application;
-}
+QApplication& app() { return vx::test::qtApplication(); }
 
 QImage plain(QColor colour)
 {

@@ -1,0 +1,19 @@
+#pragma once
+// The one QApplication of a Qt test program, made on first use. Every test
+// file of a program asks here, so the order the tests run in doesn't matter.
+#include <QApplication>
+
+namespace vx::test {
+
+inline QApplication& qtApplication()
+{
+    if (auto* existing = qobject_cast<QApplication*>(QCoreApplication::instance()))
+        return *existing;
+    static int argc = 1;
+    static char name[] = "vexlane_tests";
+    static char* argv[] = {name, nullptr};
+    static QApplication application(argc, argv);
+    return application;
+}
+
+} // namespace vx::test
