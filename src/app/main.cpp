@@ -7,6 +7,7 @@
 
 #include "core/state/app_state.h"
 #include "core/version.h"
+#include "maintenance/crash_capture.h"
 #include "maintenance/system_log.h"
 #include "platform/end_request.h"
 #include "platform/named_lock.h"
@@ -27,6 +28,8 @@ int main(int argc, char* argv[])
     core::AppState& state = core::appState();
     state.baseDirectory = platform::folderOf(platform::executablePath());
     platform::setCurrentDirectory(state.baseDirectory);
+    // From here on a crash leaves dumps/VexlaneDump.dmp and exit code 1.
+    maintenance::installCrashCapture(state.baseDirectory, core::narrowPath(state.baseDirectory));
     state.versionText = core::versionText();
 
     QApplication app(argc, argv);

@@ -6,6 +6,7 @@
 #include "config/control_config.h"
 #include "config/main_config.h"
 #include "config/text_codec.h"
+#include "maintenance/crash_capture.h"
 #include "maintenance/system_log.h"
 
 namespace vx::core {
@@ -62,6 +63,9 @@ void openLogs(AppState& state)
         maintenance::setSystemLog(
             std::make_unique<LogBuffer>(logFilePath(c.systemLogPath, "VexlaneLog.txt"), LogMode::archiveTruncate));
         maintenance::attachToStandardError(*maintenance::systemLog());
+        // The crash texts follow standard error into the log.
+        if (maintenance::systemLog()->isOpen())
+            maintenance::sendCrashTextsTo(logFilePath(c.systemLogPath, "VexlaneLog.txt"));
         maintenance::systemLog()->writeLine(state.versionText);
     } catch (const std::exception&) {
         // The archive step failed and said so on standard error. Rather than
