@@ -34,7 +34,9 @@ void ensureApplication()
     static int argc = 1;
     static char name[] = "ui_tests";
     static char* argv[] = {name, nullptr};
-    static QApplication app(argc, argv);
+    // Never destroyed: Qt's own top-level helpers (popups) outlive the tests,
+    // and tearing them down from an exit handler crashes on xcb.
+    new QApplication(argc, argv);
 }
 
 // Runs `drive` once the modal window `run` opens is up; the safety close
