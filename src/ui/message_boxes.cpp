@@ -1,7 +1,9 @@
 #include "ui/message_boxes.h"
 
 #include <QApplication>
+#include <QAbstractButton>
 #include <QMessageBox>
+#include <utility>
 
 #include "ui/qt_text.h"
 
@@ -23,6 +25,12 @@ bool QtMessages::show(const dialogs::Message& box)
     else if (box.buttons == dialogs::MessageButtons::okCancel)
         buttons = QMessageBox::Ok | QMessageBox::Cancel;
     QMessageBox message(icon, toQString(box.title), toQString(box.text), buttons, parent);
+    // The interface is Russian whatever translations the machine has.
+    const std::pair<QMessageBox::StandardButton, const char*> captions[] = {
+        {QMessageBox::Ok, "ОК"}, {QMessageBox::Cancel, "Отмена"}, {QMessageBox::Yes, "Да"}, {QMessageBox::No, "Нет"}};
+    for (const auto& [button, caption] : captions)
+        if (QAbstractButton* b = message.button(button))
+            b->setText(literal(caption));
     const int answer = message.exec();
     return answer == QMessageBox::Ok || answer == QMessageBox::Yes;
 }
