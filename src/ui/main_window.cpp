@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QCloseEvent>
+#include <QDesktopServices>
 #include <QGridLayout>
 #include <QGuiApplication>
 #include <QHBoxLayout>
@@ -16,6 +17,7 @@
 #include <QSocketNotifier>
 #include <QStatusBar>
 #include <QTimer>
+#include <QUrl>
 #include <QVBoxLayout>
 #include <chrono>
 #include <thread>
@@ -23,6 +25,7 @@
 #include <tbb/global_control.h>
 
 #include "core/global_commands.h"
+#include "core/main_commands.h"
 #include "core/service_wiring.h"
 #include "core/settings_commands.h"
 #include "core/startup.h"
@@ -93,6 +96,27 @@ std::vector<core::Rect> monitorWorkAreas()
         areas.push_back({r.x(), r.y(), r.width(), r.height()});
     }
     return areas;
+}
+
+// What the main commands show and open, bound to this window.
+core::MainCommandHooks commandHooks(MainWindow* window)
+{
+    core::MainCommandHooks hooks = core::systemCommandHooks();
+    // "Настройки" (10002) opens the settings dialog once that dialog exists;
+    // until then the hook stays empty and the item does nothing.
+    hooks.destroyWindow = [window] { window->teardown(); };
+    auto open = [](const std::filesystem::path& path) {
+        QDesktopServices::openUrl(QUrl::fromLocalFile(QString::fromStdString(path.string())));
+    };
+    hooks.openFolder = open;
+    hooks.openFile = open;
+    hooks.showMessage = [window](const std::string& title, const std::string& text) {
+        QMessageBox::critical(window, toQString(title), toQString(text));
+    };
+    hooks.showAbout = [window](const std::string& text) {
+        QMessageBox::about(window, literal("О программе"), toQString(text));
+    };
+    return hooks;
 }
 
 } // namespace
@@ -237,6 +261,10 @@ void MainWindow::buildTray()
     autorun->setCheckable(true);
     autorun->setChecked(state_.liveMainConfig.autoRunManager);
     menuActions_[idTrayAutorun] = autorun;
+    // The tick turns with the click; it follows the flag again whenever the
+    // menu opens, so a failed change shows there only then.
+    connect(autorun, &QAction::triggered, this,
+            [this] { core::toggleTrayAutorun(state_, actions_, commandHooks(this)); });
     connect(trayMenu_, &QMenu::aboutToShow, this,
             [this, autorun] { autorun->setChecked(state_.liveMainConfig.autoRunManager); });
     QAction* exit = trayMenu_->addAction(literal("Выход"));
@@ -367,15 +395,7 @@ void MainWindow::updateStatusPanels()
 
 void MainWindow::onMenuCommand(int id)
 {
-    if (id < idMenuSettings || id > idMenuAbout)
-        return;
-    switch (id) {
-    case idMenuExit:
-        teardown();
-        break;
-    default:
-        break;
-    }
+    core::runMenuCommand(state_, id, commandHooks(this));
 }
 
 void MainWindow::onDialogCommand(int id)
@@ -389,6 +409,15 @@ void MainWindow::onDialogCommand(int id)
         break;
     case idLists:
         core::editWhiteLists(state_, [this] { runWhiteListManager(this, state_); });
+        break;
+    case idJournal:
+        core::onJournalCommand(state_, commandHooks(this));
+        break;
+    case idRecognition:
+    case idWatch:
+    case idControl:
+    case idMessengers:
+        // Each opens its settings dialog once that dialog exists.
         break;
     default:
         break;
