@@ -49,6 +49,11 @@ private:
     std::vector<std::future<void>> tasks_;
 };
 
+// The common section a stream dialog edits; `isNew` marks a stream being added.
+struct ScratchCommon : config::CameraCommon {
+    bool isNew = false;
+};
+
 struct AppState {
     std::filesystem::path baseDirectory;   // the executable's folder, also the working directory
     std::string versionText;
@@ -67,6 +72,13 @@ struct AppState {
     config::MessengersConfig messengersDialogCopy;
     std::vector<config::ReceiverSample> receiverSamples;   // "Custom" first, then receiversamples.json
     config::CameraConfig workingCamera;   // the record loadCamera fills and saveCamera writes
+    // The scratch set of the stream dialogs: filled before one opens, read
+    // after it closes. The signals dialog sets reportRequested for a report
+    // on demand.
+    ScratchCommon scratchConfig;
+    config::CameraRecognition scratchRecognition;
+    config::CameraControl scratchControl;
+    bool reportRequested = false;
 
     StreamTable streams;
 
