@@ -27,6 +27,11 @@ struct ProcessStartInfo {
     // The first platform's CREATE_NO_WINDOW. A POSIX child has no console in
     // any case, so this changes nothing there.
     bool noConsole = false;
+    // Standard output and standard error both go into one anonymous pipe
+    // whose read end stays with the StartedProcess (readOutput); our copy of
+    // the write end is closed before startProcess returns. Other children
+    // never inherit either end.
+    bool captureOutput = false;
 };
 
 // One started process. Going out of scope closes the handle, never the
@@ -40,6 +45,9 @@ public:
     // The exit code once waitForExit said true: the code the process gave,
     // or 128 + the signal that ended it.
     virtual int exitCode() const = 0;
+    // With captureOutput: up to `size` bytes of the pipe, blocking until some
+    // come; 0 at the end of the output, -1 on an error or without a pipe.
+    virtual long readOutput(char* /*buffer*/, std::size_t /*size*/) { return -1; }
 };
 
 // Null when the executable can't be found or the process can't be made.

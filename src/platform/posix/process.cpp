@@ -71,7 +71,7 @@ int decodeStatus(int status)
 
 class PosixProcess final : public StartedProcess {
 public:
-    explicit PosixProcess(pid_t pid) : pid_(pid) {}
+    PosixProcess(pid_t pid, posix::UniqueFd output) : pid_(pid), output_(std::move(output)) {}
 
     ~PosixProcess() override
     {
@@ -120,6 +120,17 @@ public:
 
     int exitCode() const override { return exitCode_; }
 
+    long readOutput(char* buffer, std::size_t size) override
+    {
+        if (!output_.valid())
+            return -1;
+        ssize_t n;
+        do {
+            n = ::read(output_.get(), buffer, size);
+        } while (n < 0 && errno == EINTR);
+        return static_cast<long>(n);
+    }
+
 private:
     bool tryReap()
     {
@@ -143,6 +154,7 @@ private:
     }
 
     pid_t pid_;
+    posix::UniqueFd output_;
     bool reaped_ = false;
     int exitCode_ = -1;
 };
@@ -166,9 +178,24 @@ std::unique_ptr<StartedProcess> startProcess(const ProcessStartInfo& info)
         posix_spawn_file_actions_destroy(&actions);
         return nullptr;
     }
+    // Both ends close on exec, so no other child started meanwhile inherits
+    // them; dup2 gives this child its own copies as standard streams.
+    int outputPipe[2] = {-1, -1};
+    if (info.captureOutput && ::pipe2(outputPipe, O_CLOEXEC) != 0) {
+        posix_spawn_file_actions_destroy(&actions);
+        posix_spawnattr_destroy(&attributes);
+        return nullptr;
+    }
+    posix::UniqueFd readEnd(outputPipe[0]);
+    posix::UniqueFd writeEnd(outputPipe[1]);
     posix_spawn_file_actions_addopen(&actions, 0, "/dev/null", O_RDONLY, 0);
-    posix_spawn_file_actions_addopen(&actions, 1, "/dev/null", O_WRONLY, 0);
-    posix_spawn_file_actions_addopen(&actions, 2, "/dev/null", O_WRONLY, 0);
+    if (info.captureOutput) {
+        posix_spawn_file_actions_adddup2(&actions, writeEnd.get(), 1);
+        posix_spawn_file_actions_adddup2(&actions, writeEnd.get(), 2);
+    } else {
+        posix_spawn_file_actions_addopen(&actions, 1, "/dev/null", O_WRONLY, 0);
+        posix_spawn_file_actions_addopen(&actions, 2, "/dev/null", O_WRONLY, 0);
+    }
     if (!info.inheritHandles)
         posix_spawn_file_actions_addclosefrom_np(&actions, 3);
     if (!info.workingDirectory.empty())
@@ -194,9 +221,10 @@ std::unique_ptr<StartedProcess> startProcess(const ProcessStartInfo& info)
     const int rc = ::posix_spawn(&pid, program.c_str(), &actions, &attributes, argv.data(), environ);
     posix_spawn_file_actions_destroy(&actions);
     posix_spawnattr_destroy(&attributes);
+    writeEnd = posix::UniqueFd();
     if (rc != 0)
         return nullptr;
-    return std::make_unique<PosixProcess>(pid);
+    return std::make_unique<PosixProcess>(pid, std::move(readEnd));
 }
 
 bool terminateProcess(long pid)
