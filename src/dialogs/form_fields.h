@@ -23,6 +23,7 @@ struct TextField {
     std::string text;
     std::size_t maxLength = 255;
     bool enabled = true;
+    bool visible = true;   // a hidden field keeps its text
 
     void set(const std::string& value);   // the form fills it
     void type(const std::string& value);  // the operator replaces the text
@@ -31,6 +32,7 @@ struct TextField {
 // A static text the form changes, such as a label naming what is on show.
 struct LabelField {
     std::string text;
+    bool visible = true;
 };
 
 // An edit that takes digits; what was typed stays as text until the form
@@ -40,6 +42,7 @@ struct IntegerField {
     std::int64_t minimum = 0;
     std::int64_t maximum = 0;
     bool enabled = true;
+    bool visible = true;
 
     void set(std::int64_t value);
     void type(const std::string& value);
@@ -103,6 +106,7 @@ struct TimeField {
 struct ButtonField {
     std::string caption;
     bool enabled = true;
+    bool marked = false;   // drawn white on green, as a slot that is switched on
     std::function<void()> onPress;
 
     void press();

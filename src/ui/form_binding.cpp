@@ -84,6 +84,7 @@ void FormBinding::bindText(QLineEdit* edit, dialogs::TextField& field)
         if (edit->text() != text)
             edit->setText(text);
         edit->setEnabled(field.enabled);
+        edit->setVisible(field.visible);
     });
     // Typing only changes the text: no pull, so the cursor stays put.
     QObject::connect(edit, &QLineEdit::textChanged, edit, [this, &field](const QString& text) {
@@ -99,6 +100,7 @@ void FormBinding::bindInteger(QLineEdit* edit, dialogs::IntegerField& field)
         if (edit->text() != text)
             edit->setText(text);
         edit->setEnabled(field.enabled);
+        edit->setVisible(field.visible);
     });
     QObject::connect(edit, &QLineEdit::textChanged, edit, [this, &field](const QString& text) {
         if (!pulling_)
@@ -207,13 +209,20 @@ void FormBinding::bindButton(QPushButton* button, dialogs::ButtonField& field)
     pulls_.push_back([button, &field] {
         button->setText(toQString(field.caption));
         button->setEnabled(field.enabled);
+        // Pure green of half brightness under white text.
+        button->setStyleSheet(field.marked ? QStringLiteral("QPushButton { color: rgb(255, 255, 255); "
+                                                            "background-color: rgb(0, 128, 0); }")
+                                           : QString());
     });
     QObject::connect(button, &QPushButton::clicked, button, [this, &field] { act([&field] { field.press(); }); });
 }
 
 void FormBinding::bindLabel(QLabel* label, dialogs::LabelField& field)
 {
-    pulls_.push_back([label, &field] { label->setText(toQString(field.text)); });
+    pulls_.push_back([label, &field] {
+        label->setText(toQString(field.text));
+        label->setVisible(field.visible);
+    });
 }
 
 void FormBinding::bindTable(QTableWidget* view, dialogs::TableField& field)

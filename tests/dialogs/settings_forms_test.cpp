@@ -1,0 +1,221 @@
+// The settings dialog, its watch switch and the messenger dialogs driven
+// without a window.
+#include <gtest/gtest.h>
+
+#include <fstream>
+
+#include "config/text_codec.h"
+#include "dialogs/messenger_forms.h"
+#include "dialogs/settings_form.h"
+#include "support/temp_dir.h"
+
+using namespace vx;
+using namespace vx::dialogs;
+
+namespace {
+
+std::string cp(const char* utf8) { return config::utf8ToCp1251(utf8); }
+
+class SettingsTest : public ::testing::Test {
+protected:
+    SettingsTest()
+    {
+        record.systemLogPath = (dir.path()).string();
+        record.recogLogPath = (dir.path()).string();
+        record.startStatus = true;
+        record.globalRestart = true;
+        record.xWindow = 40;
+        record.dataTimeFormat = "d.m.Y";
+        record.perfLog = 1;
+        record.videoStreams = {"vx_stream1.json"};
+        form.fill();
+    }
+    FolderChooser chooser()
+    {
+        return [this](const std::string& start) -> std::optional<std::string> {
+            starts.push_back(start);
+            return pick;
+        };
+    }
+
+    vx::test::TempDir dir;
+    config::MainConfig record;
+    ScriptedMessages messages;
+    std::vector<std::string> starts;
+    std::optional<std::string> pick;
+    SettingsForm form{record, chooser(), messages};
+};
+
+} // namespace
+
+TEST_F(SettingsTest, AcceptReplacesTheRecordWithDefaultsForWhatTheFormDoesNotHold)
+{
+    form.videoChunk.type("");
+    form.maxSizeVideo.type("x");
+    form.timeLife.type("");
+    form.systemLevel.select(0);
+    EXPECT_TRUE(form.accept());
+    EXPECT_EQ(record.videoChunk, 300);
+    EXPECT_EQ(record.maxSizeVideoDirectoryMb, 100u);
+    EXPECT_EQ(record.timeLife, 0);
+    EXPECT_EQ(record.systemLevel, 0);
+    EXPECT_TRUE(record.startStatus);
+    EXPECT_TRUE(record.globalRestart);
+    EXPECT_EQ(record.xWindow, -1);
+    EXPECT_EQ(record.dataTimeFormat, "Y-m-d H:M:S");
+    EXPECT_EQ(record.perfLog, 0);
+    EXPECT_TRUE(record.videoStreams.empty());
+}
+
+TEST_F(SettingsTest, ListsAreClampedAtFill)
+{
+    record.systemLevel = 9;
+    record.sizeImage = -3;
+    record.divideLogRecog = 5;
+    form.fill();
+    EXPECT_EQ(form.systemLevel.items[form.systemLevel.selected], "Critical");
+    EXPECT_EQ(form.sizeImage.selected, 0);
+    EXPECT_EQ(form.divideLogRecog.selected, 1);
+}
+
+TEST_F(SettingsTest, MissingFoldersTheRecognitionLogSpeaksLast)
+{
+    const std::string file = (dir.path() / "file.txt").string();
+    std::ofstream(file) << "x";
+    form.systemLogPath.type(file);   // a file is no folder
+    form.recogLogPath.type((dir.path() / "none").string());
+    form.reportsPath.type("/no/such/reports");   // not tested
+    EXPECT_FALSE(form.accept());
+    ASSERT_EQ(messages.shown.size(), 1u);
+    EXPECT_EQ(messages.shown[0].text, cp("Несуществующая директория для журнала распознавания!"));
+    form.recogLogPath.type(dir.path().string());
+    EXPECT_FALSE(form.accept());
+    EXPECT_EQ(messages.shown.back().text, cp("Несуществующая директория для системного журнала!"));
+    EXPECT_EQ(record.reportsPath, "");
+}
+
+TEST_F(SettingsTest, AFolderPickGoesIntoTheRecordAtOnceAndStartsFromTheRecord)
+{
+    record.videoPath = "/old/videos";
+    form.videoPath.type("/typed/over");
+    pick = std::string("/picked/videos");
+    form.videoBrowse.press();
+    ASSERT_EQ(starts.size(), 1u);
+    EXPECT_EQ(starts[0], "/old/videos");
+    EXPECT_EQ(form.videoPath.text, "/picked/videos");
+    EXPECT_EQ(record.videoPath, "/picked/videos");   // before any OK, and Cancel keeps it
+    pick.reset();
+    form.reportsBrowse.press();
+    EXPECT_EQ(starts.back(), "");
+    EXPECT_EQ(record.reportsPath, "");
+}
+
+TEST(ProcessControl, TheSwitchIsStoredOnOk)
+{
+    config::MainConfig record;
+    ScriptedMessages messages;
+    ProcessControlForm form(record, messages);
+    form.fill();
+    EXPECT_FALSE(form.globalRestart.checked);
+    form.globalRestart.click();
+    EXPECT_FALSE(record.globalRestart);
+    EXPECT_TRUE(form.accept());
+    EXPECT_TRUE(record.globalRestart);
+}
+
+TEST(MessengerChannel, TheTypeShowsItsFieldsAndHiddenOnesAreStillRead)
+{
+    config::MessengerChannel record;
+    record.chatID = "-100";
+    ScriptedMessages messages;
+    MessengerChannelForm form(record, 3, messages);
+    form.fill();
+    EXPECT_EQ(form.title(), cp("Слот 4"));
+    EXPECT_TRUE(form.chatID.visible);
+    EXPECT_FALSE(form.server.visible);
+    EXPECT_FALSE(form.portLabel.visible);
+    EXPECT_EQ(form.tokenLabel.text, cp("Токен бота (на диске хранится в зашифрованном виде):"));
+    EXPECT_TRUE(form.delaySameMS.enabled);
+    EXPECT_FALSE(form.delayAnyMS.enabled);
+
+    form.typeMessenger.select(2);
+    EXPECT_FALSE(form.chatID.visible);
+    EXPECT_FALSE(form.chatIDLabel.visible);
+    for (const TextField* f : {&form.server, &form.sender, &form.receiver})
+        EXPECT_TRUE(f->visible);
+    EXPECT_TRUE(form.port.visible);
+    EXPECT_TRUE(form.token.visible);
+    EXPECT_EQ(form.tokenLabel.text, cp("Пароль (на диске хранится в зашифрованном виде):"));
+
+    form.typeMessenger.select(0);
+    form.port.type("");
+    form.delayAny.click();
+    EXPECT_TRUE(form.delayAnyMS.enabled);
+    EXPECT_TRUE(form.accept());
+    EXPECT_EQ(record.chatID, "-100");
+    EXPECT_EQ(record.port, 465);   // an empty mail port
+    EXPECT_EQ(record.channelID, 4);
+    EXPECT_TRUE(record.delayAny);
+
+    record.typeMessenger = 5;
+    form.fill();
+    EXPECT_EQ(form.typeMessenger.selected, 0);
+}
+
+TEST(MessengerChannel, DelaysAreTestedWithTheirChecksClearOrSet)
+{
+    config::MessengerChannel record;
+    ScriptedMessages messages;
+    MessengerChannelForm form(record, 0, messages);
+    form.fill();
+    const std::string text = cp("Время пропуска должно быть в пределах от 0 до 100000 миллисекунд!");
+    form.delayAnyMS.text = "100001";   // its check is clear: the field is disabled
+    EXPECT_FALSE(form.accept());
+    EXPECT_EQ(messages.shown.back().text, text);
+    form.delayAnyMS.text = "";
+    EXPECT_FALSE(form.accept());
+    form.delayAnyMS.text = "100000";
+    form.delaySameMS.type("100001");
+    EXPECT_FALSE(form.accept());
+    EXPECT_EQ(messages.shown.size(), 3u);
+    EXPECT_EQ(record.channelID, 0);   // nothing stored yet
+    form.delaySameMS.type("0");
+    EXPECT_TRUE(form.accept());
+    EXPECT_EQ(record.delayAnyMS, 100000);
+    EXPECT_EQ(record.channelID, 1);
+}
+
+TEST(MessengerService, SlotsMarkTheirChannelsAndAcceptStoresPortAndOn)
+{
+    config::MessengersConfig working;
+    working.channels[2].on = true;
+    ScriptedMessages messages;
+    bool channelOk = false;
+    MessengerServiceForm form(
+        working,
+        [&](int slot) {
+            working.channels[static_cast<std::size_t>(slot)].on = true;
+            return channelOk;
+        },
+        messages);
+    form.fill();
+    EXPECT_EQ(form.slotButtons[9].caption, cp("Слот 10"));
+    EXPECT_TRUE(form.slotButtons[2].marked);
+    EXPECT_FALSE(form.slotButtons[5].marked);
+    form.slotButtons[5].press();
+    EXPECT_FALSE(form.channelsChanged);   // cancelled
+    channelOk = true;
+    form.slotButtons[5].press();
+    EXPECT_TRUE(form.channelsChanged);
+    EXPECT_TRUE(form.slotButtons[5].marked);
+
+    form.port.type("");
+    EXPECT_FALSE(form.accept());
+    EXPECT_EQ(messages.shown.back().text, cp("Неправильно задан порт [1000 - 65535]!"));
+    form.port.type("2000");
+    form.on.click();
+    EXPECT_EQ(working.port, 1236);
+    EXPECT_TRUE(form.accept());
+    EXPECT_EQ(working.port, 2000);
+    EXPECT_TRUE(working.on);
+}
