@@ -35,10 +35,10 @@ int main(int argc, char* argv[])
     QApplication app(argc, argv);
     app.setQuitOnLastWindowClosed(false);
     ui::MainWindow window(state);
-    if (!window.create())
-        return 0;
     // SIGTERM or SIGINT from an operator posts the same teardown as the
     // menu's "Выход", so a `kill` ends the manager as cleanly as the menu.
+    // The handler is in place before the window is set up: a request that
+    // comes meanwhile waits in the pipe for the event loop.
     std::unique_ptr<QSocketNotifier> endNotifier;
     if (const int fd = platform::endRequestDescriptor(); fd >= 0) {
         endNotifier = std::make_unique<QSocketNotifier>(fd, QSocketNotifier::Read);
@@ -47,10 +47,17 @@ int main(int argc, char* argv[])
             QTimer::singleShot(0, &window, [&window] { window.teardown(); });
         });
     }
+    if (!window.create())
+        return 0;
     window.show();
     const int result = app.exec();
     // "Close" is the last line of the system log; then the system log and
     // the performance log go, in that order.
     maintenance::closeLogs();
+    {
+        // Then the video quota object, under its lock: a pass may be running.
+        std::lock_guard<std::mutex> lock(state.videoQuotaMutex);
+        state.videoQuota.reset();
+    }
     return result;
 }
