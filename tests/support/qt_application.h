@@ -12,8 +12,10 @@ inline QApplication& qtApplication()
     static int argc = 1;
     static char name[] = "vexlane_tests";
     static char* argv[] = {name, nullptr};
-    static QApplication application(argc, argv);
-    return application;
+    // Never destroyed: tearing Qt down after main() returned, with windows
+    // and threads of the tests still about, crashes at exit.
+    static QApplication* application = new QApplication(argc, argv);
+    return *application;
 }
 
 } // namespace vx::test

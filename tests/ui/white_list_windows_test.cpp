@@ -16,6 +16,7 @@
 #include <QTimer>
 #include <cstdlib>
 
+#include "support/qt_application.h"
 #include "../dialogs/white_list_fixture.h"
 #include "ui/qt_text.h"
 #include "ui/white_list_windows.h"
@@ -27,17 +28,7 @@ using vx::ui::literal;
 
 namespace {
 
-void ensureApplication()
-{
-    if (QApplication::instance())
-        return;
-    static int argc = 1;
-    static char name[] = "ui_tests";
-    static char* argv[] = {name, nullptr};
-    // Never destroyed: Qt's own top-level helpers (popups) outlive the tests,
-    // and tearing them down from an exit handler crashes on xcb.
-    new QApplication(argc, argv);
-}
+void ensureApplication() { vx::test::qtApplication(); }
 
 // Runs `drive` once the modal window `run` opens is up; the safety close
 // keeps a test from waiting for ever if the default button doesn't close it.
