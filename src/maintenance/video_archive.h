@@ -1,0 +1,85 @@
+#pragma once
+// The video archive below videoPath: stream folders, day folders
+// ("2024_05_01") and the .webm files the stream processes write and never
+// delete. VideoArchive keeps the tree under a size limit by deleting the
+// oldest files across all streams. It reads the whole tree once, then keeps
+// a running index that each quota pass brings up to date from three day
+// folders per stream only (yesterday, today, tomorrow).
+//
+// One thread at a time: the owner holds the archive mutex around every pass
+// and around replacing the object.
+#include <cstdint>
+#include <ctime>
+#include <filesystem>
+#include <functional>
+#include <map>
+#include <string>
+#include <unordered_set>
+#include <vector>
+
+namespace vx::maintenance {
+
+struct VideoFileRecord {
+    std::filesystem::path path;   // full path
+    std::uint64_t timeKey = 0;    // YYYYMMDDhhmmss
+    std::uint64_t size = 0;       // bytes
+};
+
+struct VideoDayRecord {
+    std::vector<VideoFileRecord> files;
+    std::uint64_t bytes = 0;
+    std::unordered_set<std::string> names;   // the file names in `files`, for the "already indexed" test
+};
+
+struct VideoStreamRecord {
+    std::map<std::string, VideoDayRecord> days;   // by day folder name
+    std::uint64_t bytes = 0;
+};
+
+// A video file's name: "video_stream_<id>_YYYY_MM_DD_hh_mm_ss" followed by a
+// "(" suffix or the extension, longer than 29 characters. True with the time
+// key and the stream folder ("stream<id>") for a valid name.
+bool parseVideoName(const std::string& name, std::uint64_t& timeKeyOut, std::string& streamFolderOut);
+
+// What the archive asks of the system, replaceable in tests.
+struct VideoArchiveHooks {
+    std::function<std::time_t()> now;                             // calendar time
+    std::function<bool(const std::filesystem::path&)> deleteFile;  // false: the file stays
+    std::function<bool(const std::filesystem::path&)> removeFolder;
+};
+
+class VideoArchive {
+public:
+    // Builds the index with a full scan of `root`.
+    VideoArchive(std::filesystem::path root, std::uint32_t limitMb, VideoArchiveHooks hooks = {});
+
+    // One quota pass: new stream folders, new files of the three day folders,
+    // then oldest-first deletion while the total is above the limit, then
+    // the sweep of empty day folders (after a pass that deleted something).
+    void enforceQuota();
+
+    std::uint64_t totalBytes() const { return totalBytes_; }
+    std::uint64_t limitBytes() const { return limitBytes_; }
+    const std::filesystem::path& root() const { return root_; }
+    const std::map<std::string, VideoStreamRecord>& streams() const { return streams_; }
+
+    // The three day folder names a pass looks at, for `now`: the day before,
+    // the day, the day after.
+    static std::vector<std::string> dayFolders(std::time_t now);
+
+private:
+    void fullScan();
+    // Adds a parsed file to a stream's day unless it is there already.
+    void addFile(VideoStreamRecord& stream, const std::string& day, const std::filesystem::directory_entry& entry,
+                 const std::string& name, std::uint64_t timeKey);
+    bool deleteOldest();
+    void sweepEmptyDays();
+
+    std::filesystem::path root_;
+    std::uint64_t limitBytes_ = 0;
+    std::uint64_t totalBytes_ = 0;
+    std::map<std::string, VideoStreamRecord> streams_;
+    VideoArchiveHooks hooks_;
+};
+
+} // namespace vx::maintenance
