@@ -61,6 +61,13 @@ void RealField::set(double value, int decimals)
     text = buffer;
 }
 
+void RealField::setSignificant(double value, int digits)
+{
+    char buffer[64];
+    std::snprintf(buffer, sizeof buffer, "%.*g", digits, value);
+    text = buffer;
+}
+
 void RealField::type(const std::string& value)
 {
     if (enabled)

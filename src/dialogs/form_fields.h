@@ -56,6 +56,8 @@ struct RealField {
     bool enabled = true;
 
     void set(double value, int decimals);
+    // At most `digits` significant digits, no trailing zeros ("%g").
+    void setSignificant(double value, int digits);
     void type(const std::string& value);
     bool read(double& value) const;
 };

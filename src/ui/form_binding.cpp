@@ -8,9 +8,11 @@
 #include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
+#include <QPlainTextEdit>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QTableWidget>
+#include <QTextCursor>
 #include <QTimeEdit>
 
 #include "ui/qt_text.h"
@@ -90,6 +92,29 @@ void FormBinding::bindText(QLineEdit* edit, dialogs::TextField& field)
     QObject::connect(edit, &QLineEdit::textChanged, edit, [this, &field](const QString& text) {
         if (!pulling_)
             field.type(fromQString(text));
+    });
+}
+
+void FormBinding::bindTextArea(QPlainTextEdit* edit, dialogs::TextField& field)
+{
+    pulls_.push_back([edit, &field] {
+        const QString text = toQString(field.text);
+        if (edit->toPlainText() != text)
+            edit->setPlainText(text);
+        edit->setEnabled(field.enabled);
+    });
+    QObject::connect(edit, &QPlainTextEdit::textChanged, edit, [this, edit, &field] {
+        if (pulling_)
+            return;
+        field.type(fromQString(edit->toPlainText()));
+        // Beyond the limit the edit takes no more, as a limited edit control.
+        const QString kept = toQString(field.text);
+        if (field.enabled && edit->toPlainText() != kept) {
+            pulling_ = true;
+            edit->setPlainText(kept);
+            edit->moveCursor(QTextCursor::End);
+            pulling_ = false;
+        }
     });
 }
 

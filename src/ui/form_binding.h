@@ -13,6 +13,7 @@ class QComboBox;
 class QDateEdit;
 class QLabel;
 class QLineEdit;
+class QPlainTextEdit;
 class QPushButton;
 class QRadioButton;
 class QTableWidget;
@@ -26,6 +27,8 @@ public:
     void pull();
 
     void bindText(QLineEdit* edit, dialogs::TextField& field);
+    // A text of several lines, held to the field's maximum length.
+    void bindTextArea(QPlainTextEdit* edit, dialogs::TextField& field);
     void bindInteger(QLineEdit* edit, dialogs::IntegerField& field);
     void bindReal(QLineEdit* edit, dialogs::RealField& field);
     void bindCheck(QCheckBox* check, dialogs::CheckField& field);
