@@ -1,0 +1,216 @@
+// The recognition dialog driven without a window: the method rule, the
+// checks with their limits and order, and what accept stores.
+#include <gtest/gtest.h>
+
+#include "config/text_codec.h"
+#include "dialogs/recognition_form.h"
+
+using namespace vx;
+using namespace vx::dialogs;
+
+namespace {
+
+std::string cp(const char* utf8) { return config::utf8ToCp1251(utf8); }
+
+const char* const delayText = "Неправильно задана задержка при посылке такого же номера [0 - 100000]!";
+const char* const ageText = "Неправильно заданы время устаревания или кадры до устаревания [1-1000]!";
+const char* const areaText = "Минимальная или максимальная площадь номера вне интерваоа (0 - 1) или "
+                             "максимальная площадь меньше минимальной!";
+const char* const zoneText = "Зона распознавания лежит вне границ кадра!";
+const char* const linesText = "Настройки линий пересечения лежат вне заданных пределах!";
+const char* const confText = "Минимальная достоверность распознавания может быть только в пределах 0.1 - 0.9!";
+
+class RecognitionFormTest : public ::testing::Test {
+protected:
+    RecognitionFormTest() { common.videoName = cp("Въезд"); }
+    RecognitionForm& form()
+    {
+        form_ = std::make_unique<RecognitionForm>(recognition, common, messages);
+        form_->fill();
+        return *form_;
+    }
+    // Accepts; returns the one message shown, or "" when accepted.
+    std::string acceptMessage(RecognitionForm& f)
+    {
+        messages.shown.clear();
+        const bool accepted = f.accept();
+        EXPECT_EQ(accepted, messages.shown.empty());
+        return messages.shown.empty() ? std::string() : messages.shown.back().text;
+    }
+
+    config::CameraRecognition recognition;
+    config::CameraCommon common;
+    ScriptedMessages messages;
+
+private:
+    std::unique_ptr<RecognitionForm> form_;
+};
+
+} // namespace
+
+TEST_F(RecognitionFormTest, FillShowsTheSectionAndTheMethodRule)
+{
+    recognition.minConf = 0.123456f;
+    recognition.lineDist = 0.05f;
+    recognition.unShowResultVideo = true;
+    common.drawOptionsButtons = true;
+    RecognitionForm& f = form();
+    EXPECT_EQ(f.title(), cp("Настройка распознавания видеопотока Въезд"));
+    EXPECT_EQ(f.method.selected, 1);
+    EXPECT_EQ(f.minConf.text, "0.12346");   // five significant digits
+    EXPECT_EQ(f.lineDist.text, "0.05");
+    EXPECT_EQ(f.maxSquare.text, "1");
+    EXPECT_TRUE(f.drawOptionsButtons.checked);
+    EXPECT_FALSE(f.debugModeRecog.enabled);
+    EXPECT_FALSE(f.minSquare.enabled);
+    EXPECT_FALSE(f.x.enabled);
+    // A plain method: delay on, trajectory and lines off.
+    EXPECT_TRUE(f.delaySendSame.enabled);
+    EXPECT_FALSE(f.trajTypeSpeed.enabled);
+    EXPECT_FALSE(f.tLimitTime.enabled);
+    EXPECT_FALSE(f.tLimitFrames.enabled);
+    EXPECT_FALSE(f.linesY.enabled);
+    EXPECT_TRUE(f.invert.enabled);
+
+    f.method.select(3);   // long standing, by time
+    EXPECT_TRUE(f.trajTypeSpeed.enabled);
+    EXPECT_TRUE(f.tLimitTime.enabled);
+    EXPECT_FALSE(f.tLimitFrames.enabled);
+    EXPECT_FALSE(f.lineAlfa.enabled);
+    f.trajTypeSpeed.select(1);
+    EXPECT_FALSE(f.tLimitTime.enabled);
+    EXPECT_TRUE(f.tLimitFrames.enabled);
+    f.method.select(4);   // crossing lines
+    EXPECT_FALSE(f.delaySendSame.enabled);
+    EXPECT_TRUE(f.lineAlfa.enabled);
+    EXPECT_TRUE(f.lineDist.enabled);
+
+    f.unShowResultVideo.click();
+    EXPECT_TRUE(f.debugModeRecog.enabled);
+    f.square.click();
+    EXPECT_TRUE(f.maxSquare.enabled);
+    f.useZone.click();
+    EXPECT_TRUE(f.height.enabled);
+}
+
+TEST_F(RecognitionFormTest, StoredListValuesOutsideTheirItems)
+{
+    recognition.trajTypeSpeed = 5;   // shows "По кадрам"
+    recognition.method = 9;          // no item: read back as a fresh record's 1
+    RecognitionForm& f = form();
+    EXPECT_EQ(f.trajTypeSpeed.selected, 1);
+    EXPECT_EQ(f.method.selected, -1);
+    EXPECT_FALSE(f.trajTypeSpeed.enabled);
+    ASSERT_EQ(acceptMessage(f), "");
+    EXPECT_EQ(recognition.method, 1);
+    EXPECT_EQ(recognition.trajTypeSpeed, 1);
+}
+
+TEST_F(RecognitionFormTest, EachCheckAtAndBeyondItsLimits)
+{
+    struct Case {
+        RealField RecognitionForm::*real;
+        IntegerField RecognitionForm::*integer;
+        const char* text;
+        const char* message;   // nullptr: accepted
+    };
+    using F = RecognitionForm;
+    const Case cases[] = {
+        {nullptr, &F::delaySendSame, "0", nullptr},
+        {nullptr, &F::delaySendSame, "100000", nullptr},
+        {nullptr, &F::delaySendSame, "100001", delayText},
+        {nullptr, &F::delaySendSame, "", delayText},
+        {nullptr, &F::tLimitTime, "1000", nullptr},
+        {nullptr, &F::tLimitTime, "0", ageText},
+        {nullptr, &F::tLimitFrames, "1001", ageText},   // checked though the field is off
+        {nullptr, &F::tLimitFrames, "", ageText},
+        {&F::minConf, nullptr, "0.1", nullptr},
+        {&F::minConf, nullptr, "0.9", nullptr},
+        {&F::minConf, nullptr, "0,5", nullptr},
+        {&F::minConf, nullptr, "0.09", confText},
+        {&F::minConf, nullptr, "0.91", confText},
+        {&F::minConf, nullptr, "x", confText},
+        {&F::minSquare, nullptr, "", nullptr},   // -1.0: the least area isn't tested below 0
+        {&F::minSquare, nullptr, "1.01", areaText},
+        {&F::maxSquare, nullptr, "", areaText},
+        {&F::maxSquare, nullptr, "1.5", areaText},
+        {&F::x, nullptr, "-0.01", zoneText},
+        {&F::y, nullptr, "-0.01", zoneText},
+        {&F::width, nullptr, "1.01", zoneText},   // checked with the zone off
+        {&F::width, nullptr, "-3", nullptr},      // a negative size isn't tested by itself
+        {&F::linesY, nullptr, "1", nullptr},
+        {&F::linesY, nullptr, "1.1", linesText},
+        {&F::lineAlfa, nullptr, "-45", nullptr},
+        {&F::lineAlfa, nullptr, "45.5", linesText},
+        {&F::lineAlfa, nullptr, "", linesText},   // -100
+        {&F::lineDist, nullptr, "-0.1", linesText},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.text);
+        RecognitionForm& f = form();
+        if (c.real)
+            (f.*c.real).text = c.text;
+        else
+            (f.*c.integer).text = c.text;
+        EXPECT_EQ(acceptMessage(f), c.message ? cp(c.message) : std::string());
+    }
+}
+
+TEST_F(RecognitionFormTest, TheZoneSumsItsCornerAndSize)
+{
+    RecognitionForm& f = form();
+    f.x.text = "0.5";
+    f.width.text = "0.5";
+    EXPECT_EQ(acceptMessage(f), "");
+    RecognitionForm& g = form();
+    g.x.text = "0.5";
+    g.width.text = "0.6";
+    EXPECT_EQ(acceptMessage(g), cp(zoneText));
+}
+
+TEST_F(RecognitionFormTest, SeveralWrongFieldsTheLastTestInOrderSpeaks)
+{
+    RecognitionForm& f = form();
+    f.delaySendSame.text = "";
+    f.tLimitTime.text = "0";
+    EXPECT_EQ(acceptMessage(f), cp(ageText));
+    f.maxSquare.text = "2";
+    EXPECT_EQ(acceptMessage(f), cp(areaText));
+    f.x.text = "2";
+    EXPECT_EQ(acceptMessage(f), cp(zoneText));
+    f.linesY.text = "2";
+    EXPECT_EQ(acceptMessage(f), cp(linesText));
+    f.minConf.text = "2";
+    EXPECT_EQ(acceptMessage(f), cp(confText));
+    EXPECT_EQ(recognition.minConf, 0.5f);   // nothing stored
+}
+
+TEST_F(RecognitionFormTest, AcceptStoresOverAFreshRecord)
+{
+    recognition.showTime = 250;
+    recognition.timeoutServerRecog = 0.4f;
+    recognition.portServer = 4321;
+    recognition.deleteBorderNumbers = false;
+    RecognitionForm& f = form();
+    f.method.select(4);
+    f.trajTypeSpeed.select(1);
+    f.tLimitFrames.type("77");
+    f.minConf.type("0.35");
+    f.lineAlfa.type("-12.5");
+    f.drawOptionsButtons.click();
+    f.noDeleteWithChina.click();
+    ASSERT_EQ(acceptMessage(f), "");
+    EXPECT_EQ(recognition.method, 4);
+    EXPECT_EQ(recognition.tLimitFrames, 77);
+    EXPECT_EQ(recognition.trajTypeSpeed, 1);
+    EXPECT_FLOAT_EQ(recognition.minConf, 0.35f);
+    EXPECT_FLOAT_EQ(recognition.lineAlfa, -12.5f);
+    EXPECT_FALSE(recognition.deleteBorderNumbers);
+    EXPECT_TRUE(recognition.noDeleteWithChina);
+    EXPECT_TRUE(common.drawOptionsButtons);
+    // Not on the form: back at a fresh record's values.
+    EXPECT_EQ(recognition.showTime, 1000);
+    EXPECT_FLOAT_EQ(recognition.timeoutServerRecog, 4.0f);
+    EXPECT_EQ(recognition.portServer, 1234);
+    EXPECT_EQ(common.videoName, cp("Въезд"));
+}

@@ -1,0 +1,318 @@
+// The signal dialog driven without a window: fill, enable rules, templates,
+// the white list refresh, the checks and what accept keeps.
+#include <gtest/gtest.h>
+
+#include <fstream>
+
+#include "config/camera_config.h"
+#include "config/receiver_samples.h"
+#include "config/text_codec.h"
+#include "dialogs/signal_form.h"
+#include "support/captured_stderr.h"
+#include "support/temp_dir.h"
+
+using namespace vx;
+using namespace vx::dialogs;
+
+namespace {
+
+std::string cp(const char* utf8) { return config::utf8ToCp1251(utf8); }
+
+config::ReceiverSample sample(const std::string& name, std::int32_t type, bool image, std::int32_t contentType)
+{
+    config::ReceiverSample s;
+    s.name = name;
+    s.type = type;
+    s.URL = "http://127.0.0.1/" + name + "?p={plate}";
+    s.body = "{\"plate\":\"{plate}\"}";
+    s.bodyEncoding = 1;
+    s.image = image;
+    s.carImage = image;
+    s.contentType = contentType;
+    return s;
+}
+
+class SignalFormTest : public ::testing::Test {
+protected:
+    SignalFormTest()
+    {
+        samples = {config::ReceiverSample{}, sample("Gate", 1, true, 1), sample("Odd", 7, false, 9)};
+        for (const char* name : {"Empty", "Staff", "Guests"}) {
+            config::WhiteList list;
+            list.name = name;
+            lists.lists.push_back(list);
+        }
+        working.numSignal = 3;
+        working.on = true;
+    }
+    SignalForm& form()
+    {
+        form_ = std::make_unique<SignalForm>(working, samples, lists, messages, [this] {
+            ++managerRuns;
+            if (onManager)
+                onManager();
+        });
+        form_->fill();
+        return *form_;
+    }
+
+    config::SignalConfig working;
+    std::vector<config::ReceiverSample> samples;
+    config::WhiteListTable lists;
+    ScriptedMessages messages;
+    int managerRuns = 0;
+    std::function<void()> onManager;
+
+private:
+    std::unique_ptr<SignalForm> form_;
+};
+
+} // namespace
+
+TEST_F(SignalFormTest, AFreshSignalFillsWithItsDefaultsAndRulesRun)
+{
+    SignalForm& f = form();
+    EXPECT_EQ(f.title(), cp("Настройка сигнала 3"));
+    EXPECT_EQ(f.policy.chosen, sendToAll);
+    EXPECT_FALSE(f.whiteList.enabled);
+    EXPECT_FALSE(f.changeWhiteLists.enabled);
+    EXPECT_EQ(f.signalType.chosen, signalOpens);
+    EXPECT_FALSE(f.timeOutClose.enabled);
+    EXPECT_FALSE(f.notSendClose.enabled);
+    EXPECT_EQ(f.requestType.selected, 0);   // GET: no body, no content type, no images
+    EXPECT_FALSE(f.body.enabled);
+    EXPECT_FALSE(f.contentType.enabled);
+    EXPECT_FALSE(f.image.enabled);
+    EXPECT_EQ(f.receivers.items, (std::vector<std::string>{"Custom", "Gate", "Odd"}));
+    EXPECT_EQ(f.receivers.selected, 0);
+    EXPECT_EQ(f.whiteList.selected, 0);   // "Empty"
+    EXPECT_EQ(f.timeOutClose.text, "10000");
+    EXPECT_EQ(f.timeOutSend.text, "500");
+    EXPECT_EQ(f.minTimeOutBWSignals.text, "0");
+    EXPECT_EQ(f.conditions.items[1], cp("Въезд (Траектория-пересечение)"));
+    EXPECT_EQ(f.url.maxLength, 1023u);
+    EXPECT_EQ(f.body.maxLength, 1023u);
+    EXPECT_EQ(f.name.maxLength, 255u);
+}
+
+TEST_F(SignalFormTest, ChoicesSwitchFieldsAtOnce)
+{
+    SignalForm& f = form();
+    f.policy.choose(sendExceptWhiteList);
+    EXPECT_TRUE(f.whiteList.enabled);
+    EXPECT_TRUE(f.changeWhiteLists.enabled);
+    f.signalType.choose(signalCloses);
+    EXPECT_TRUE(f.timeOutClose.enabled);
+    EXPECT_TRUE(f.notSendClose.enabled);
+
+    // POST then PUT: the image checks go off and keep their marks, which are stored.
+    f.requestType.select(1);
+    EXPECT_TRUE(f.body.enabled);
+    f.image.click();
+    f.plateImage.click();
+    f.requestType.select(2);
+    EXPECT_TRUE(f.body.enabled);
+    EXPECT_TRUE(f.contentType.enabled);
+    EXPECT_FALSE(f.image.enabled);
+    EXPECT_TRUE(f.image.checked);
+    ASSERT_TRUE(f.accept());
+    EXPECT_TRUE(working.signal.image);
+    EXPECT_TRUE(working.signal.plateImage);
+    EXPECT_EQ(working.signal.type, 2);
+    EXPECT_FALSE(working.typeSendAll);
+    EXPECT_TRUE(working.noWhiteSignal);
+    EXPECT_FALSE(working.typeOpen);
+}
+
+TEST_F(SignalFormTest, StoredValuesOutsideTheListsShowAsTheRulesSay)
+{
+    working.signal.type = 5;          // no item: rule as for GET, read back as 0
+    working.signal.contentType = 9;   // clamped to application/xml
+    working.signal.name = "Gate";
+    working.signal.bodyEncoding = 3;
+    working.typeSendAll = false;
+    working.noWhiteSignal = true;
+    working.nameWhiteList = "Staff";
+    SignalForm& f = form();
+    EXPECT_EQ(f.requestType.selected, -1);
+    EXPECT_FALSE(f.body.enabled);
+    EXPECT_EQ(f.contentType.selected, 2);
+    EXPECT_EQ(f.receivers.selected, 1);
+    EXPECT_EQ(f.bodyEncoding.selected, -1);
+    EXPECT_EQ(f.policy.chosen, sendExceptWhiteList);
+    EXPECT_EQ(f.whiteList.selected, 1);
+    ASSERT_TRUE(f.accept());
+    EXPECT_EQ(working.signal.type, 0);
+    EXPECT_EQ(working.signal.bodyEncoding, 0);
+    EXPECT_EQ(working.signal.contentType, 2);
+    EXPECT_EQ(working.signal.name, "Custom");   // the receiver list isn't read back
+    EXPECT_EQ(working.nameWhiteList, "Staff");
+}
+
+TEST_F(SignalFormTest, ApplyingATemplateOverwritesTheRequestButNotTheEncoding)
+{
+    SignalForm& f = form();
+    f.requestType.select(2);
+    f.receivers.select(1);
+    f.applyReceiver.press();
+    EXPECT_EQ(f.requestType.selected, 1);
+    EXPECT_TRUE(f.image.enabled);
+    EXPECT_EQ(f.url.text, "http://127.0.0.1/Gate?p={plate}");
+    EXPECT_EQ(f.body.text, "{\"plate\":\"{plate}\"}");
+    EXPECT_TRUE(f.image.checked);
+    EXPECT_TRUE(f.carImage.checked);
+    EXPECT_EQ(f.contentType.selected, 1);
+    EXPECT_EQ(f.bodyEncoding.selected, 0);
+
+    // A template of type 7 sets PUT and its content type 9 is clamped.
+    f.receivers.select(2);
+    f.applyReceiver.press();
+    EXPECT_EQ(f.requestType.selected, 2);
+    EXPECT_FALSE(f.image.enabled);
+    EXPECT_EQ(f.contentType.selected, 2);
+}
+
+TEST_F(SignalFormTest, ADeletedListShowsTheFirstAndAcceptStoresIt)
+{
+    working.typeSendAll = false;
+    working.nameWhiteList = "Gone";
+    SignalForm& f = form();
+    EXPECT_EQ(f.whiteList.selected, 0);
+    ASSERT_TRUE(f.accept());
+    EXPECT_EQ(working.nameWhiteList, "Empty");
+
+    // No lists at all: nothing selected, the default name.
+    lists.lists.clear();
+    working.nameWhiteList = "Staff";
+    SignalForm& g = form();
+    EXPECT_EQ(g.whiteList.selected, -1);
+    ASSERT_TRUE(g.accept());
+    EXPECT_EQ(working.nameWhiteList, "Empty");
+}
+
+TEST_F(SignalFormTest, ChangeRefillsTheListsAndSelectsTheStoredName)
+{
+    working.typeSendAll = false;
+    working.nameWhiteList = "Guests";
+    SignalForm& f = form();
+    f.whiteList.select(1);   // the operator picked "Staff"
+    onManager = [this] { lists.lists.erase(lists.lists.begin()); };
+    f.changeWhiteLists.press();
+    EXPECT_EQ(managerRuns, 1);
+    EXPECT_EQ(f.whiteList.items, (std::vector<std::string>{"Staff", "Guests"}));
+    EXPECT_EQ(f.whiteList.selected, 1);   // "Guests", the stored one
+}
+
+TEST_F(SignalFormTest, ChecksUseTheirOwnLimitsAndTheLastFailureSpeaks)
+{
+    const std::string pause = cp("Неправильно задано время минимальной паузы между сигналами [0 - 1000] секунд!");
+    const std::string wait = cp("Неправильно задано время ожидания соединения для сигнала [1 - 10000]!");
+    const std::string close = cp("Неправильно задано время таймаута для сигнала \"Закрытие\" [0 - 100000]!");
+    struct Case {
+        const char* pause;
+        const char* wait;
+        const char* close;
+        std::string message;   // empty: accepted
+    };
+    const Case cases[] = {
+        {"1000", "100000", "0", ""},        // the labels say 10000 and 1-100000
+        {"0", "1", "100000", ""},
+        {"1001", "500", "10000", pause},
+        {"", "500", "10000", pause},        // empty reads -1, a huge unsigned number
+        {"0", "0", "10000", wait},
+        {"0", "", "10000", wait},
+        {"0", "100001", "10000", wait},
+        {"0", "500", "100001", close},
+        {"0", "500", "99999999999", close},   // too large to read: -1
+        {"", "", "", close},                // all three fail: the last one speaks
+        {"", "", "5", wait},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(std::string(c.pause) + "/" + c.wait + "/" + c.close);
+        messages.shown.clear();
+        SignalForm& f = form();
+        f.minTimeOutBWSignals.type(c.pause);
+        f.timeOutSend.type(c.wait);
+        f.timeOutClose.text = c.close;   // disabled for "Открыть", still checked
+        EXPECT_EQ(f.accept(), c.message.empty());
+        if (c.message.empty()) {
+            EXPECT_TRUE(messages.shown.empty());
+        } else {
+            ASSERT_EQ(messages.shown.size(), 1u);
+            EXPECT_EQ(messages.shown[0].text, c.message);
+            EXPECT_EQ(messages.shown[0].title, messageTitle());
+            EXPECT_EQ(messages.shown[0].icon, MessageIcon::error);
+        }
+    }
+}
+
+TEST_F(SignalFormTest, AcceptKeepsTheNumberAndOnFlagAndReplacesTheRest)
+{
+    working.numSignal = 2;
+    working.on = true;
+    working.name = "old";
+    working.signal.name = "Gate";
+    working.timeOutClose = 200000;   // stored long ago: blocks even an "Открыть" signal
+    SignalForm& f = form();
+    EXPECT_FALSE(f.accept());
+    f.timeOutClose.text = "0";
+    f.name.type(std::string(300, 'n'));
+    f.allSignals.click();
+    f.conditions.select(2);
+    f.bodyEncoding.select(1);
+    ASSERT_TRUE(f.accept());
+    EXPECT_EQ(working.numSignal, 2);
+    EXPECT_TRUE(working.on);
+    EXPECT_EQ(working.name, std::string(255, 'n'));
+    EXPECT_EQ(working.timeOutClose, 0);
+    EXPECT_TRUE(working.allSignalsFlag);
+    EXPECT_EQ(working.conditionsSignals, 2);
+    EXPECT_EQ(working.signal.bodyEncoding, 1);
+    EXPECT_EQ(working.signal.name, "Custom");
+}
+
+TEST_F(SignalFormTest, ABodyWithQuotesBackslashesAndBreaksReachesTheCameraFileEscaped)
+{
+    test::RuntimeSandbox runtime;
+    test::TempDir folder;
+    SignalForm& f = form();
+    f.requestType.select(1);
+    const std::string body = "{\"plate\":\"{plate}\",\r\n\"dir\":\"C:\\data\\x\"}\nend";
+    f.body.type(body);
+    ASSERT_TRUE(f.accept());
+    config::CameraConfig camera;
+    camera.control.Control[1] = working;
+    const std::string text = config::cameraConfigText(camera, 1234, 1235);
+    EXPECT_NE(text.find("\"signal.body\":\"{\\\"plate\\\":\\\"{plate}\\\",\\r\\n\\\"dir\\\":\\\"C:\\\\data\\\\x\\\"}"
+                        "\\nend\""),
+              std::string::npos);
+    const std::string path = (folder.path() / "vx_stream0.json").string();
+    config::saveCamera(path, camera, 1234, 1235);
+    config::CameraConfig back;
+    ASSERT_TRUE(config::loadCamera(path, back, 0));
+    EXPECT_EQ(back.control.Control[1].signal.body, body);
+}
+
+TEST_F(SignalFormTest, AMissingOrBrokenTemplateFileLeavesCustom)
+{
+    test::TempDir folder;
+    std::vector<config::ReceiverSample> loaded;
+    config::loadSignals(folder.path().string(), loaded);   // no file
+    samples = loaded;
+    working.signal.name = "Gate";
+    SignalForm& f = form();
+    EXPECT_EQ(f.receivers.items, std::vector<std::string>{"Custom"});
+    EXPECT_EQ(f.receivers.selected, 0);
+    f.applyReceiver.press();   // Custom: an empty GET
+    EXPECT_EQ(f.url.text, "");
+
+    {
+        std::ofstream broken(folder.path() / config::receiverSamplesFileName);
+        broken << "{\"templates\":[{\"name\":\"A\",\"type\":1},{\"name\":";
+    }
+    test::CapturedStderr quiet;
+    loaded.clear();
+    config::loadSignals(folder.path().string(), loaded);
+    samples = loaded;
+    EXPECT_EQ(form().receivers.items, std::vector<std::string>{"Custom"});
+}

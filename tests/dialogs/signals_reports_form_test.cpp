@@ -1,0 +1,293 @@
+// The signals and reports dialog driven without a window: the period test
+// and its order, the pickers, editing a signal, OK and "Генерация".
+#include <gtest/gtest.h>
+
+#include "config/text_codec.h"
+#include "dialogs/signal_form.h"
+#include "dialogs/signals_reports_form.h"
+
+using namespace vx;
+using namespace vx::dialogs;
+
+namespace {
+
+std::string cp(const char* utf8) { return config::utf8ToCp1251(utf8); }
+
+config::DateTime at(int year, int month, int day, int hour = 0, int minute = 0, int second = 0)
+{
+    config::DateTime t{};
+    t.year = static_cast<std::uint16_t>(year);
+    t.month = static_cast<std::uint16_t>(month);
+    t.day = static_cast<std::uint16_t>(day);
+    t.hour = static_cast<std::uint16_t>(hour);
+    t.minute = static_cast<std::uint16_t>(minute);
+    t.second = static_cast<std::uint16_t>(second);
+    return t;
+}
+
+config::DateTime fixedNow() { return at(2025, 6, 14, 10, 20, 30); }
+
+class SignalsReportsTest : public ::testing::Test {
+protected:
+    SignalsReportsTest()
+    {
+        for (std::size_t slot = 0; slot < 4; ++slot)
+            control.Control[slot].name = "s" + std::to_string(slot + 1);
+        control.Control[2].on = true;
+    }
+    SignalsReportsForm& form()
+    {
+        form_ = std::make_unique<SignalsReportsForm>(control, cp("Въезд"), reportRequested, messages,
+                                                     [this](config::SignalConfig& working) {
+                                                         edited.push_back(working);
+                                                         return editor ? editor(working) : false;
+                                                     },
+                                                     fixedNow);
+        form_->closeWithOk = [this] { ++closed; };
+        form_->fill();
+        return *form_;
+    }
+    void period(SignalsReportsForm& f, const config::DateTime& start, const config::DateTime& end)
+    {
+        f.startDate.pick(start);
+        f.startTime.pick(start);
+        f.endDate.pick(end);
+        f.endTime.pick(end);
+    }
+
+    config::CameraControl control;
+    bool reportRequested = false;
+    ScriptedMessages messages;
+    std::vector<config::SignalConfig> edited;
+    std::function<bool(config::SignalConfig&)> editor;
+    int closed = 0;
+
+private:
+    std::unique_ptr<SignalsReportsForm> form_;
+};
+
+} // namespace
+
+TEST(ReportSettingsCheck, CodesInOrderWithLaterOnesWinning)
+{
+    config::CameraControl c;
+    c.timeReportStart = at(2025, 3, 1);
+    c.timeReportEnd = at(2025, 3, 2);
+    EXPECT_EQ(checkReportSettings(c), 0);
+
+    c.timeReportStart = at(2025, 5, 1);
+    c.timeReportEnd = at(2025, 6, 10);   // exactly 40 days passes
+    EXPECT_EQ(checkReportSettings(c), 0);
+    c.timeReportEnd = at(2025, 6, 10, 0, 0, 1);
+    EXPECT_EQ(checkReportSettings(c), 3);
+    c.timeMinBetweenSimilarCar = 0;   // a wrong minimum and 41 days: the period wins
+    EXPECT_EQ(checkReportSettings(c), 3);
+    c.timeReportEnd = at(2025, 5, 2);
+    EXPECT_EQ(checkReportSettings(c), 1);
+    c.timeMinStop = 36001;
+    EXPECT_EQ(checkReportSettings(c), 2);
+
+    config::CameraControl d;
+    d.timeReportStart = at(2025, 3, 2);
+    d.timeReportEnd = at(2025, 3, 1, 23, 59, 59);
+    EXPECT_EQ(checkReportSettings(d), 5);
+    d.notDelMoveGroupQualThresh = 0.29f;   // both wrong: the confidence wins
+    EXPECT_EQ(checkReportSettings(d), 6);
+    d.notDelMoveGroupQualThresh = 0.3f;
+    EXPECT_EQ(checkReportSettings(d), 5);
+    d.notDelMoveGroupQualThresh = 1.01f;
+    d.timeReportStart = d.timeReportEnd;
+    EXPECT_EQ(checkReportSettings(d), 6);
+}
+
+TEST(ReportSettingsCheck, TheMonthTestLooksAtMonthNumbersAlone)
+{
+    config::CameraControl c;
+    c.timeReportStart = at(2024, 11, 30);
+    c.timeReportEnd = at(2025, 1, 1);   // 32 days over three months
+    EXPECT_EQ(checkReportSettings(c), 4);
+    EXPECT_EQ(reportSettingsMessage(4),
+              cp("Период для генерации лежит больше, чем в двух месяцах! Установите меньший период!"));
+    c.timeReportStart = at(2024, 12, 20);
+    EXPECT_EQ(checkReportSettings(c), 0);   // December to January
+    c.timeReportStart = at(2025, 1, 31);
+    c.timeReportEnd = at(2025, 3, 1);
+    EXPECT_EQ(checkReportSettings(c), 4);
+    c.timeReportStart = at(2024, 1, 1);
+    c.timeReportEnd = at(2025, 1, 1);   // the same month number: only the 40 days catch it
+    EXPECT_EQ(checkReportSettings(c), 3);
+    // The month test runs only when no code is set.
+    c.timeReportStart = at(2024, 11, 30);
+    c.timeReportEnd = at(2025, 1, 1);
+    c.timeMinStop = 0;
+    EXPECT_EQ(checkReportSettings(c), 2);
+}
+
+TEST_F(SignalsReportsTest, FillShowsTheRecordAndThePickersKeepNowForYearZero)
+{
+    control.dailyReport = true;
+    control.timeDailyReport = at(2024, 1, 2, 6, 30, 0);
+    control.notDelMoveGroup = false;
+    control.buttonCloseSignal = 3;
+    control.buttonOpenSignal = 8;
+    SignalsReportsForm& f = form();
+    EXPECT_EQ(f.title(), cp("Настройка сигналов видеопотока Въезд"));
+    EXPECT_EQ(f.signalName[1].text, "s2");
+    EXPECT_TRUE(f.signalOn[2].checked);
+    EXPECT_EQ(f.timeMinBetweenSimilarCar.text, "120");
+    EXPECT_EQ(f.timeMinStop.text, "30");
+    EXPECT_EQ(f.notDelMoveGroupQualThresh.text, "0.7");
+    EXPECT_FALSE(f.notDelMoveGroupQualThresh.enabled);
+    EXPECT_TRUE(f.timeDailyReport.enabled);
+    EXPECT_EQ(dateTimeText(f.timeDailyReport.value), "2024-01-02 06:30:00");
+    EXPECT_EQ(dateTimeText(f.startDate.value), "2025-06-14 10:20:30");   // year 0: now
+    EXPECT_EQ(dateTimeText(f.endTime.value), "2025-06-14 10:20:30");
+    EXPECT_EQ(f.buttonOpenSignal.items,
+              (std::vector<std::string>{cp("Сигнал 1"), cp("Сигнал 2"), cp("Сигнал 3"), cp("Сигнал 4")}));
+    EXPECT_EQ(f.buttonCloseSignal.selected, 3);
+    EXPECT_EQ(f.buttonOpenSignal.selected, -1);
+
+    f.dailyReport.click();
+    EXPECT_FALSE(f.timeDailyReport.enabled);
+    f.notDelMoveGroup.click();
+    EXPECT_TRUE(f.notDelMoveGroupQualThresh.enabled);
+    f.buttonOpen.click();
+    EXPECT_TRUE(f.buttonOpenSignal.enabled);   // the button checks don't switch their lists
+}
+
+TEST_F(SignalsReportsTest, OkReadsTheFormBackIntoTheControlSection)
+{
+    control.ControlPortServer = 4444;
+    SignalsReportsForm& f = form();
+    f.signalOn[0].click();
+    f.signalOn[2].click();
+    f.timeMinBetweenSimilarCar.type("1500");
+    f.timeMinStop.type("36000");
+    f.notDelMoveGroupQualThresh.type("1");
+    f.whiteLists.click();
+    f.onlyOneNumber.click();
+    f.dailyReport.click();
+    f.timeDailyReport.pick(at(0, 0, 0, 23, 15, 0));
+    period(f, at(2025, 5, 1, 8, 0, 0), at(2025, 5, 31, 20, 0, 0));
+    f.buttonClose.click();
+    f.buttonCloseSignal.select(2);
+    EXPECT_TRUE(f.accept());
+    EXPECT_TRUE(messages.shown.empty());
+    EXPECT_FALSE(reportRequested);
+    EXPECT_TRUE(control.Control[0].on);
+    EXPECT_FALSE(control.Control[2].on);
+    EXPECT_EQ(control.Control[3].name, "s4");
+    EXPECT_EQ(control.ControlPortServer, 4444);
+    EXPECT_EQ(control.timeMinBetweenSimilarCar, 1500);
+    EXPECT_EQ(control.timeMinStop, 36000);
+    EXPECT_FLOAT_EQ(control.notDelMoveGroupQualThresh, 1.0f);
+    EXPECT_TRUE(control.whiteLists);
+    EXPECT_TRUE(control.onlyOneNumber);
+    EXPECT_TRUE(control.dailyReport);
+    EXPECT_EQ(dateTimeText(control.timeDailyReport), "2025-06-14 23:15:00");
+    EXPECT_EQ(dateTimeText(control.timeReportStart), "2025-05-01 08:00:00");
+    EXPECT_EQ(dateTimeText(control.timeReportEnd), "2025-05-31 20:00:00");
+    EXPECT_TRUE(control.buttonClose);
+    EXPECT_EQ(control.buttonCloseSignal, 2);
+    EXPECT_EQ(control.buttonOpenSignal, 0);
+}
+
+TEST_F(SignalsReportsTest, FailuresShowOneMessageAndStoreNothing)
+{
+    SignalsReportsForm& f = form();
+    f.timeMinBetweenSimilarCar.type("");
+    EXPECT_FALSE(f.accept());
+    f.timeMinStop.type("0");
+    EXPECT_FALSE(f.accept());
+    f.notDelMoveGroup.click();           // clear: the value is tested all the same
+    f.notDelMoveGroupQualThresh.text = "";
+    EXPECT_FALSE(f.generate());
+    EXPECT_EQ(closed, 0);
+    ASSERT_EQ(messages.shown.size(), 3u);
+    EXPECT_EQ(messages.shown[0].text,
+              cp("Минимальное время между повторами автомобиля должно быть в интервале от 1 до 1500 минут!"));
+    EXPECT_EQ(messages.shown[1].text,
+              cp("Минимальное время стояния автомобиля должно быть в интервале от 1 до 36000 секунд!"));
+    EXPECT_EQ(messages.shown[2].text,
+              cp("Достоверность движущегося номера должна быть в диапазоне от 0.3 до 1.0!"));
+    EXPECT_EQ(messages.shown[2].title, messageTitle());
+    EXPECT_FALSE(reportRequested);
+    EXPECT_EQ(control.timeMinStop, 30);
+}
+
+TEST_F(SignalsReportsTest, GenerationRequestsAReportStoresAndCloses)
+{
+    SignalsReportsForm& f = form();
+    period(f, at(2025, 6, 1), at(2025, 6, 14, 12, 0, 0));
+    f.timeMinStop.type("60");
+    f.generateReport.press();
+    EXPECT_EQ(closed, 1);
+    EXPECT_TRUE(reportRequested);
+    EXPECT_EQ(control.timeMinStop, 60);
+
+    // A start after the end: the message, no report, still open.
+    reportRequested = false;
+    SignalsReportsForm& g = form();
+    period(g, at(2025, 6, 2), at(2025, 6, 1));
+    g.generateReport.press();
+    EXPECT_EQ(closed, 1);
+    EXPECT_FALSE(reportRequested);
+    ASSERT_EQ(messages.shown.size(), 1u);
+    EXPECT_EQ(messages.shown[0].text, cp("Дата начала больше дата окончания периода"));
+}
+
+TEST_F(SignalsReportsTest, EditingASignalGoesBackAtOnceWithTheStoredOnFlag)
+{
+    SignalsReportsForm& f = form();
+    f.signalOn[2].click();   // cleared on the form; the editor still opens
+    editor = [](config::SignalConfig& working) {
+        working.name = "renamed";
+        working.on = false;
+        working.timeOutSend = 900;
+        return true;
+    };
+    f.editSignal[2].press();
+    ASSERT_EQ(edited.size(), 1u);
+    EXPECT_EQ(edited[0].numSignal, 3);
+    EXPECT_EQ(edited[0].name, "s3");
+    EXPECT_EQ(f.signalName[2].text, "renamed");
+    EXPECT_EQ(control.Control[2].name, "renamed");
+    EXPECT_TRUE(control.Control[2].on);
+    EXPECT_EQ(control.Control[2].timeOutSend, 900);
+    EXPECT_EQ(control.Control[2].numSignal, 3);
+
+    // Cancel in the signal dialog changes nothing.
+    editor = [](config::SignalConfig& working) {
+        working.name = "dropped";
+        return false;
+    };
+    f.editSignal[0].press();
+    EXPECT_EQ(control.Control[0].name, "s1");
+    EXPECT_EQ(f.signalName[0].text, "s1");
+
+    // OK here takes the on flags from the checks.
+    ASSERT_TRUE(f.accept());
+    EXPECT_FALSE(control.Control[2].on);
+    EXPECT_EQ(control.Control[2].name, "renamed");
+}
+
+TEST_F(SignalsReportsTest, TheRealSignalFormAsTheEditor)
+{
+    std::vector<config::ReceiverSample> samples{config::ReceiverSample{}};
+    config::WhiteListTable lists;
+    editor = [&](config::SignalConfig& working) {
+        SignalForm signal(working, samples, lists, messages, nullptr);
+        signal.fill();
+        EXPECT_EQ(signal.title(), cp("Настройка сигнала 2"));
+        signal.name.type("door");
+        signal.timeOutSend.type("");   // refused, then mended
+        EXPECT_FALSE(signal.accept());
+        signal.timeOutSend.type("50000");
+        return signal.accept();
+    };
+    SignalsReportsForm& f = form();
+    f.editSignal[1].press();
+    EXPECT_EQ(control.Control[1].name, "door");
+    EXPECT_EQ(control.Control[1].timeOutSend, 50000);
+    EXPECT_EQ(f.signalName[1].text, "door");
+}
