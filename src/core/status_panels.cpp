@@ -1,6 +1,7 @@
 #include "core/status_panels.h"
 
 #include "config/text_codec.h"
+#include "maintenance/system_log.h"
 
 namespace vx::core {
 
@@ -26,6 +27,20 @@ std::string streamStatusText(const StreamCounts& counts)
     return text("Всего:") + std::to_string(counts.total) + "\r\n" + text("Запущенных:") +
            std::to_string(counts.running) + "\r\n" + text("Планированно:") +
            std::to_string(counts.planned);
+}
+
+StatusPanelTexts statusPanelTexts(AppState& state)
+{
+    ServiceStatus services;
+    services.fpsRecognition = state.fpsRecognition;
+    services.restartControl = state.restartControl;
+    services.statusControl = state.statusControl;
+    services.statusMes = state.statusMes;
+    if (maintenance::LogBuffer* perf = maintenance::perfLog(); perf && state.liveMainConfig.perfLog == 1)
+        perf->writeLine(std::to_string(services.fpsRecognition));
+    const StreamCounts counts{state.streams.countTotal(), state.streams.countRunning(),
+                              state.streams.countPlanned()};
+    return {serviceStatusText(services), streamStatusText(counts)};
 }
 
 } // namespace vx::core

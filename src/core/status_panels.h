@@ -3,6 +3,8 @@
 // Texts are Windows-1251, lines separated by CR LF.
 #include <string>
 
+#include "core/state/app_state.h"
+
 namespace vx::core {
 
 struct ServiceStatus {
@@ -20,5 +22,16 @@ struct StreamCounts {
 
 std::string serviceStatusText(const ServiceStatus& status);
 std::string streamStatusText(const StreamCounts& counts);
+
+struct StatusPanelTexts {
+    std::string services;   // control 1040
+    std::string streams;    // control 1043
+};
+
+// updateStatusPanels without the window: both texts from the published
+// service values and the stream table (two counting passes). When perf.txt
+// is open and the config's perfLog is 1, the recognition's fps goes into it
+// as a line, as it stands (-1 while the service doesn't answer).
+StatusPanelTexts statusPanelTexts(AppState& state);
 
 } // namespace vx::core

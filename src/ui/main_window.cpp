@@ -33,6 +33,7 @@
 #include "core/status_panels.h"
 #include "core/stream_wiring.h"
 #include "core/timer_thread.h"
+#include "core/video_quota.h"
 #include "core/window_placement.h"
 #include "config/text_codec.h"
 #include "config/white_list_registry.h"
@@ -157,6 +158,14 @@ bool MainWindow::create()
     setCentralWidget(dialog);
     statusBar()->setSizeGripEnabled(true);
     controls_[idStatusBar] = statusBar();
+    // A status text may be set on any thread; the bar shows it on this one.
+    QPointer<MainWindow> self(this);
+    state_.status.setShown([self](const std::string& text) {
+        if (QCoreApplication* app = QCoreApplication::instance())
+            QMetaObject::invokeMethod(
+                app, [self, text] { if (self) self->statusBar()->showMessage(toQString(text)); },
+                Qt::QueuedConnection);
+    });
     liveview::loadInterfaceImages(*liveView_, std::filesystem::path((QCoreApplication::applicationDirPath() + "/images").toStdString()),
                                   state_.status);
     if (tray_)
@@ -185,6 +194,7 @@ bool MainWindow::create()
         core::TimerHooks hooks;
         core::connectServiceHooks(hooks, services, *state);
         core::connectStreamHooks(hooks, supervision::makeStreamControl(*state), *state, hostWindow);
+        core::connectQuotaHook(hooks, *state);
         hooks.drawCamera = [state, view, tileArea] {
             const liveview::ZonePicture zone = liveview::drawCamera(state->streams, *view, -1, -1, tileDrawHooks());
             QCoreApplication* app = QCoreApplication::instance();
@@ -222,7 +232,7 @@ bool MainWindow::runConfigSteps()
     if (!core::loadMainConfigStep(state_, hooks))
         return false;
     core::openLogs(state_);
-    // The video quota object (videoPath, maxSizeVideoDirectoryMb) is made here.
+    core::createVideoQuota(state_);
     core::setLogThreshold(state_);
     core::loadStreams(state_);
     // The settings migration, when it exists, runs between the streams and
@@ -380,17 +390,11 @@ void MainWindow::onTimerTick()
 
 void MainWindow::updateStatusPanels()
 {
-    core::ServiceStatus services;
-    services.fpsRecognition = state_.fpsRecognition;
-    services.restartControl = state_.restartControl;
-    services.statusControl = state_.statusControl;
-    services.statusMes = state_.statusMes;
-    core::StreamCounts counts{state_.streams.countTotal(), state_.streams.countRunning(),
-                              state_.streams.countPlanned()};
+    const core::StatusPanelTexts texts = core::statusPanelTexts(state_);
     if (auto* panel = qobject_cast<QPushButton*>(control(idServicePanel)))
-        panel->setText(panelText(core::serviceStatusText(services)));
+        panel->setText(panelText(texts.services));
     if (auto* panel = qobject_cast<QPushButton*>(control(idStreamPanel)))
-        panel->setText(panelText(core::streamStatusText(counts)));
+        panel->setText(panelText(texts.streams));
 }
 
 void MainWindow::onMenuCommand(int id)

@@ -8,9 +8,13 @@ namespace vx::core {
 
 void StatusText::set(const std::string& text)
 {
-    std::lock_guard<std::mutex> lock(mutex_);
-    text_ = text;
-    ticks_ = 0;
+    {
+        std::lock_guard<std::mutex> lock(mutex_);
+        text_ = text;
+        ticks_ = 0;
+    }
+    if (shown_)
+        shown_(text);
 }
 
 std::string StatusText::get() const
@@ -21,13 +25,13 @@ std::string StatusText::get() const
 
 bool StatusText::tick(int clearAfter)
 {
-    std::lock_guard<std::mutex> lock(mutex_);
+    std::unique_lock<std::mutex> lock(mutex_);
     if (text_.empty())
         return false;
     if (++ticks_ < clearAfter)
         return false;
-    text_.clear();
-    ticks_ = 0;
+    lock.unlock();
+    set(std::string());
     return true;
 }
 

@@ -5,7 +5,9 @@
 #include <atomic>
 #include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <future>
+#include <memory>
 #include <mutex>
 #include <string>
 #include <vector>
@@ -17,6 +19,7 @@
 #include "config/receiver_sample.h"
 #include "config/recognition_config.h"
 #include "core/state/stream_table.h"
+#include "maintenance/video_archive.h"
 
 namespace vx::core {
 
@@ -28,10 +31,14 @@ public:
     // Counts one tick; clears the text once it has stood for `clearAfter`
     // ticks. Returns true when it was cleared on this tick.
     bool tick(int clearAfter = 21);
+    // Called with each new text (also the cleared one), on the setting
+    // thread: the window shows it. Set once, before other threads run.
+    void setShown(std::function<void(const std::string&)> shown) { shown_ = std::move(shown); }
 private:
     mutable std::mutex mutex_;
     std::string text_;
     int ticks_ = 0;
+    std::function<void(const std::string&)> shown_;
 };
 
 // Handles of the asynchronous tasks started by the main thread. The main
@@ -95,6 +102,11 @@ struct AppState {
 
     StatusText status;
     PendingTasks pendingTasks;
+
+    // The video archive quota; made at start-up, replaced when the settings
+    // change. Both the replacing and every quota pass hold the mutex.
+    std::mutex videoQuotaMutex;
+    std::unique_ptr<maintenance::VideoArchive> videoQuota;
 };
 
 // The manager's own state, made on first use.
