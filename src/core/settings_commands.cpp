@@ -1,12 +1,173 @@
 #include "core/settings_commands.h"
 
+#include "config/text_codec.h"
+#include "core/main_commands.h"
+#include "core/stream_files.h"
+#include "core/video_quota.h"
+#include "maintenance/log_buffer.h"
+#include "maintenance/system_log.h"
+#include "platform/autorun.h"
+#include "supervision/service_watch.h"
+
 namespace vx::core {
+
+namespace {
+
+std::string cp1251(const char* utf8)
+{
+    return config::utf8ToCp1251(utf8);
+}
+
+void clearStatus(AppState& state)
+{
+    state.status.set(std::string());
+}
+
+void launchTask(AppState& state, const ProcessActions& actions, std::function<void()> task)
+{
+    auto launch = actions.launch ? actions.launch : launchAsync;
+    state.pendingTasks.add(launch(std::move(task)));
+}
+
+void requestService(AppState& state, const ProcessActions& actions, const ProcessActions::ServiceRequest& request,
+                    bool restart)
+{
+    if (!request)
+        return;
+    launchTask(state, actions, [request, restart] { request("/StopServer", restart); });
+}
+
+void saveMain(const ProcessActions& actions)
+{
+    if (actions.saveMainConfig)
+        actions.saveMainConfig();
+}
+
+} // namespace
 
 void editWhiteLists(AppState& state, const std::function<void()>& openManager)
 {
     if (openManager)
         openManager();
     state.status.set(std::string());
+}
+
+SettingsHooks systemSettingsHooks(AppState& state)
+{
+    SettingsHooks hooks;
+    hooks.setAutorun = platform::setAutorun;
+    hooks.spawn = supervision::spawnRequest;
+    AppState* s = &state;
+    hooks.replaceVideoQuota = [s] { createVideoQuota(*s); };
+    hooks.rewriteAllStreams = [s] { rewriteAllStreams(*s); };
+    return hooks;
+}
+
+void editSettings(AppState& state, const ProcessActions& actions, const SettingsHooks& hooks)
+{
+    config::MainConfig& live = state.liveMainConfig;
+    const bool autorunBefore = live.autoRunManager;
+    if (!hooks.dialogs.settings || !hooks.dialogs.settings(live))
+        return;
+    if (live.autoRunManager != autorunBefore) {
+        const bool done = hooks.setAutorun &&
+                          hooks.setAutorun("Vexlane", autorunProgramPath(state.baseDirectory), live.autoRunManager);
+        if (!done) {
+            live.autoRunManager = autorunBefore;
+            if (hooks.showMessage)
+                hooks.showMessage(cp1251("Сообщение"), cp1251("Невозможно снять/установить автозапуск Менеджера!"));
+        }
+    }
+    saveMain(actions);
+    if (maintenance::LogBuffer* log = maintenance::systemLog())
+        log->setMinLevel(maintenance::clampLogLevel(live.systemLevel));
+    VX_LOG(maintenance::logTrace, "Global config changed!");
+    if (hooks.spawn && actions.threadRequestsToDirect) {
+        auto request = actions.threadRequestsToDirect;
+        hooks.spawn([request] { request("/UpdateConfig", false); });
+    }
+    state.status.set(cp1251("Настройки сохранены!"));
+    if (hooks.replaceVideoQuota)
+        hooks.replaceVideoQuota();
+}
+
+void editMessengers(AppState& state, const ProcessActions& actions, const SettingsHooks& hooks)
+{
+    config::loadMessengers(state.ConfigDirectory, state.messengersConfig, state.controlConfig.port);
+    config::MessengersConfig& working = state.messengersDialogCopy;
+    working.port = state.messengersConfig.port;
+    working.on = state.messengersConfig.on;
+    working.channels = state.messengersConfig.channels;
+    bool channelsChanged = false;
+    clearStatus(state);
+    const bool apply = hooks.dialogs.messengers && hooks.dialogs.messengers(working, channelsChanged);
+    if (!apply && !channelsChanged)
+        return;
+    state.messengersConfig.port = working.port;
+    state.messengersConfig.on = working.on;
+    state.messengersConfig.channels = working.channels;
+    config::saveMessengers(state.ConfigDirectory, state.messengersConfig);
+    if (!apply)
+        return;
+    // "/StopServer" goes out even to a service that isn't running.
+    const bool on = state.messengersConfig.on;
+    requestService(state, actions, actions.threadRequestsToMes, on);
+    state.status.set(on ? cp1251("Отправлена команда для перезапуска сервиса мессенджеров!")
+                        : cp1251("Отправлена команда для остановки сервиса мессенджеров!"));
+}
+
+void editRecognitionService(AppState& state, const ProcessActions& actions, const SettingsHooks& hooks)
+{
+    config::RecognitionSrvConfig& working = state.recognitionDialogCopy;
+    const std::int32_t portBefore = working.port;
+    if (!hooks.dialogs.recognition || !hooks.dialogs.recognition(working)) {
+        clearStatus(state);
+        return;
+    }
+    state.recognitionConfig = working;
+    config::saveRecogGlobal(state.ConfigDirectory, state.recognitionConfig);
+    state.status.set(cp1251("Отправлена команда для перезапуска сервиса распознавания!"));
+    // The restart reads the new port from the record, and the client follows.
+    requestService(state, actions, actions.threadRequests, true);
+    if (working.port != portBefore && hooks.rewriteAllStreams)
+        hooks.rewriteAllStreams();
+}
+
+void editControlService(AppState& state, const ProcessActions& actions, const SettingsHooks& hooks)
+{
+    // Nothing but this command edits the control record, so the working copy
+    // is the record as it stands.
+    config::ControlSrvConfig working = state.controlConfig;
+    const std::int32_t portBefore = working.port;
+    if (!hooks.dialogs.control || !hooks.dialogs.control(working)) {
+        clearStatus(state);
+        return;
+    }
+    state.controlConfig = working;
+    config::saveControlGlobal(state.ConfigDirectory, state.controlConfig);
+    state.status.set(cp1251("Отправлена команда для перезапуска сервиса управления!"));
+    // The request's value (-1) is a form field of the POSTs only; "/StopServer" is a GET.
+    requestService(state, actions, actions.threadRequestsToDirect, true);
+    if (working.port != portBefore && hooks.rewriteAllStreams)
+        hooks.rewriteAllStreams();
+}
+
+void editProcessControl(AppState& state, const ProcessActions& actions, const SettingsHooks& hooks)
+{
+    config::MainConfig& live = state.liveMainConfig;
+    const bool before = live.globalRestart;
+    if (!hooks.dialogs.processControl || !hooks.dialogs.processControl(live)) {
+        clearStatus(state);
+        return;
+    }
+    saveMain(actions);
+    if (!before && live.globalRestart) {
+        state.restartControl = 10;
+        state.status.set(cp1251("Контроля перезапуска включен!"));
+    } else if (before && !live.globalRestart) {
+        state.restartControl = 0;
+        state.status.set(cp1251("Контроль перезапуска выключен!"));
+    }
 }
 
 } // namespace vx::core

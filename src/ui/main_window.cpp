@@ -46,6 +46,7 @@
 #include "maintenance/system_log.h"
 #include "ui/qt_text.h"
 #include "ui/white_list_windows.h"
+#include "ui/settings_windows.h"
 #include "ui/tile_view.h"
 
 namespace vx::ui {
@@ -103,8 +104,7 @@ std::vector<core::Rect> monitorWorkAreas()
 core::MainCommandHooks commandHooks(MainWindow* window)
 {
     core::MainCommandHooks hooks = core::systemCommandHooks();
-    // "Настройки" (10002) opens the settings dialog once that dialog exists;
-    // until then the hook stays empty and the item does nothing.
+    // "Настройки" (10002): onMenuCommand adds the settings command.
     hooks.destroyWindow = [window] { window->teardown(); };
     auto open = [](const std::filesystem::path& path) {
         QDesktopServices::openUrl(QUrl::fromLocalFile(QString::fromStdString(path.string())));
@@ -116,6 +116,17 @@ core::MainCommandHooks commandHooks(MainWindow* window)
     };
     hooks.showAbout = [window](const std::string& text) {
         QMessageBox::about(window, literal("О программе"), toQString(text));
+    };
+    return hooks;
+}
+
+// The settings commands' dialogs and hooks, bound to this window.
+core::SettingsHooks settingsHooks(MainWindow* window, core::AppState& state)
+{
+    core::SettingsHooks hooks = core::systemSettingsHooks(state);
+    hooks.dialogs = settingsDialogs(window);
+    hooks.showMessage = [window](const std::string& title, const std::string& text) {
+        QMessageBox::critical(window, toQString(title), toQString(text));
     };
     return hooks;
 }
@@ -399,7 +410,10 @@ void MainWindow::updateStatusPanels()
 
 void MainWindow::onMenuCommand(int id)
 {
-    core::runMenuCommand(state_, id, commandHooks(this));
+    core::MainCommandHooks hooks = commandHooks(this);
+    hooks.openSettings = [this] { core::editSettings(state_, actions_, settingsHooks(this, state_)); };
+    core::runMenuCommand(state_, id, hooks);
+    statusBar()->showMessage(toQString(state_.status.get()));
 }
 
 void MainWindow::onDialogCommand(int id)
@@ -418,10 +432,16 @@ void MainWindow::onDialogCommand(int id)
         core::onJournalCommand(state_, commandHooks(this));
         break;
     case idRecognition:
+        core::editRecognitionService(state_, actions_, settingsHooks(this, state_));
+        break;
     case idWatch:
+        core::editProcessControl(state_, actions_, settingsHooks(this, state_));
+        break;
     case idControl:
+        core::editControlService(state_, actions_, settingsHooks(this, state_));
+        break;
     case idMessengers:
-        // Each opens its settings dialog once that dialog exists.
+        core::editMessengers(state_, actions_, settingsHooks(this, state_));
         break;
     default:
         break;

@@ -1,0 +1,297 @@
+// The settings commands: the order of saving, the requests and the status
+// texts, with the dialogs answered by the test. The service restarts run
+// against the real stand-ins of build/bin/ in a throw-away installation.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <future>
+
+#include "config/text_codec.h"
+#include "core/service_wiring.h"
+#include "config/camera_config.h"
+#include "core/settings_commands.h"
+#include "core/startup.h"
+#include "supervision/service_launcher.h"
+#include "supervision/service_requests.h"
+#include "supervision/service_test_support.h"
+#include "support/installation.h"
+
+using namespace vx;
+using namespace vx::core;
+
+namespace {
+
+std::string cp(const char* utf8) { return config::utf8ToCp1251(utf8); }
+
+// State on a temporary config folder; requests are noted, tasks run at once.
+class SettingsCommands : public ::testing::Test {
+protected:
+    SettingsCommands()
+    {
+        std::filesystem::create_directories(dir.path() / "configs");
+        state.baseDirectory = dir.path();
+        state.ConfigDirectory = (dir.path() / "configs").string();
+        state.liveMainConfig.systemLogPath = dir.path().string();
+        state.liveMainConfig.recogLogPath = dir.path().string();
+        actions.saveMainConfig = [this] {
+            calls.push_back("save");
+            saveMainConfig(state);
+        };
+        auto note = [this](const char* service) {
+            return [this, service](const std::string& path, bool restart) {
+                calls.push_back(std::string(service) + " " + path + (restart ? " restart" : ""));
+            };
+        };
+        actions.threadRequests = note("recognition");
+        actions.threadRequestsToDirect = note("control");
+        actions.threadRequestsToMes = note("mes");
+        actions.launch = [](std::function<void()> task) {
+            task();
+            std::promise<void> done;
+            done.set_value();
+            return done.get_future();
+        };
+        hooks.spawn = [this](std::function<void()> task) {
+            calls.push_back("spawn");
+            task();
+        };
+        hooks.setAutorun = [this](const std::string& name, const std::filesystem::path&, bool enabled) {
+            calls.push_back("autorun " + name + (enabled ? " on" : " off"));
+            return autorunWorks;
+        };
+        hooks.showMessage = [this](const std::string& title, const std::string& text) {
+            calls.push_back("message " + config::cp1251ToUtf8(title) + ": " + config::cp1251ToUtf8(text));
+        };
+        hooks.replaceVideoQuota = [this] { calls.push_back("quota"); };
+        hooks.rewriteAllStreams = [this] { calls.push_back("rewrite streams"); };
+    }
+    std::string mainFile() const { return test::readFileBytes(dir.path() / "configs" / "vx_main_config.json"); }
+
+    test::CapturedStderr quiet;
+    test::TempDir dir;
+    AppState state;
+    ProcessActions actions;
+    SettingsHooks hooks;
+    std::vector<std::string> calls;
+    bool autorunWorks = true;
+};
+
+} // namespace
+
+TEST_F(SettingsCommands, SettingsSetAutorunBeforeTheFileAndKeepTheOldValueOnFailure)
+{
+    state.liveMainConfig.xWindow = 30;
+    hooks.dialogs.settings = [this](config::MainConfig& record) {
+        calls.push_back("dialog");
+        record.autoRunManager = true;
+        record.systemLevel = 9;
+        record.xWindow = -1;
+        return true;
+    };
+    autorunWorks = false;
+    editSettings(state, actions, hooks);
+    const std::vector<std::string> expected = {
+        "dialog", "autorun Vexlane on",
+        "message Сообщение: Невозможно снять/установить автозапуск Менеджера!",
+        "save", "spawn", "control /UpdateConfig", "quota"};
+    EXPECT_EQ(calls, expected);
+    EXPECT_FALSE(state.liveMainConfig.autoRunManager);
+    EXPECT_NE(mainFile().find("\"autoRunManager\":false"), std::string::npos) << mainFile();
+    EXPECT_EQ(state.status.get(), cp("Настройки сохранены!"));
+
+    // Unchanged autorun isn't touched; a cancel does nothing at all.
+    calls.clear();
+    autorunWorks = true;
+    hooks.dialogs.settings = [](config::MainConfig&) { return true; };
+    editSettings(state, actions, hooks);
+    EXPECT_EQ(calls.front(), "save");
+    calls.clear();
+    state.status.set("x");
+    hooks.dialogs.settings = [](config::MainConfig& record) {
+        record.autoRunManager = true;
+        return false;
+    };
+    editSettings(state, actions, hooks);
+    EXPECT_TRUE(calls.empty());
+    EXPECT_EQ(state.status.get(), "x");
+}
+
+TEST_F(SettingsCommands, TheWatchSwitchSetsRestartControlOnlyWhenItChanged)
+{
+    bool answer = true;
+    hooks.dialogs.processControl = [&answer](config::MainConfig& record) {
+        record.globalRestart = !record.globalRestart;
+        return answer;
+    };
+    editProcessControl(state, actions, hooks);
+    EXPECT_EQ(state.restartControl, 10);
+    EXPECT_EQ(state.status.get(), cp("Контроля перезапуска включен!"));
+    EXPECT_NE(mainFile().find("\"globalRestart\":true"), std::string::npos);
+    editProcessControl(state, actions, hooks);
+    EXPECT_EQ(state.restartControl, 0);
+    EXPECT_EQ(state.status.get(), cp("Контроль перезапуска выключен!"));
+
+    hooks.dialogs.processControl = [](config::MainConfig&) { return true; };
+    state.status.set("kept");
+    editProcessControl(state, actions, hooks);
+    EXPECT_EQ(state.status.get(), "kept");
+    answer = false;
+    hooks.dialogs.processControl = [](config::MainConfig&) { return false; };
+    editProcessControl(state, actions, hooks);
+    EXPECT_EQ(state.status.get(), "");
+    EXPECT_EQ(std::count(calls.begin(), calls.end(), "save"), 3);
+}
+
+TEST_F(SettingsCommands, MessengerChannelsAreSavedAfterACancelButNobodyIsTold)
+{
+    hooks.dialogs.messengers = [](config::MessengersConfig& working, bool& channelsChanged) {
+        working.channels[4].name = "gate";
+        channelsChanged = true;
+        working.port = 4444;   // as a cancelled dialog would never store it
+        return false;
+    };
+    state.status.set("old");
+    editMessengers(state, actions, hooks);
+    EXPECT_TRUE(calls.empty());
+    EXPECT_EQ(state.status.get(), "");
+    config::MessengersConfig onDisk;
+    config::loadMessengers(state.ConfigDirectory, onDisk, 1235);
+    EXPECT_EQ(onDisk.channels[4].name, "gate");
+    EXPECT_EQ(onDisk.port, 4444);
+
+    // Cancelled with no slot accepted: the file stays as it is.
+    hooks.dialogs.messengers = [](config::MessengersConfig& working, bool&) {
+        working.channels[4].name = "lost";
+        return false;
+    };
+    editMessengers(state, actions, hooks);
+    config::loadMessengers(state.ConfigDirectory, onDisk, 1235);
+    EXPECT_EQ(onDisk.channels[4].name, "gate");
+
+    bool on = false;
+    hooks.dialogs.messengers = [&on](config::MessengersConfig& working, bool&) {
+        working.on = on;
+        return true;
+    };
+    editMessengers(state, actions, hooks);
+    EXPECT_EQ(state.status.get(), cp("Отправлена команда для остановки сервиса мессенджеров!"));
+    on = true;
+    editMessengers(state, actions, hooks);
+    EXPECT_EQ(state.status.get(), cp("Отправлена команда для перезапуска сервиса мессенджеров!"));
+    const std::vector<std::string> expected = {"mes /StopServer", "mes /StopServer restart"};
+    EXPECT_EQ(calls, expected);
+}
+
+TEST_F(SettingsCommands, ControlServiceRestartsAndRewritesStreamsOnlyForANewPort)
+{
+    hooks.dialogs.control = [](config::ControlSrvConfig& working) {
+        working.httpLogger = true;
+        return true;
+    };
+    editControlService(state, actions, hooks);
+    EXPECT_EQ(calls, std::vector<std::string>{"control /StopServer restart"});
+    EXPECT_EQ(state.status.get(), cp("Отправлена команда для перезапуска сервиса управления!"));
+    EXPECT_TRUE(state.controlConfig.httpLogger);
+    hooks.dialogs.control = [](config::ControlSrvConfig& working) {
+        working.port = 2345;
+        return true;
+    };
+    editControlService(state, actions, hooks);
+    EXPECT_EQ(calls.back(), "rewrite streams");
+    config::ControlSrvConfig onDisk;
+    config::loadControlGlobal(state.ConfigDirectory, onDisk);
+    EXPECT_EQ(onDisk.port, 2345);
+
+    calls.clear();
+    state.status.set("x");
+    hooks.dialogs.control = [](config::ControlSrvConfig& working) {
+        working.port = 3000;
+        return false;
+    };
+    editControlService(state, actions, hooks);
+    EXPECT_TRUE(calls.empty());
+    EXPECT_EQ(state.status.get(), "");
+    EXPECT_EQ(state.controlConfig.port, 2345);
+}
+
+// The recognition service on its old port; the dialog gives it a new one.
+TEST(SettingsCommandsProcesses, ANewRecognitionPortRestartsTheServiceThereAndRewritesTheStreams)
+{
+    test::RuntimeSandbox sandbox;
+    test::CapturedStderr quiet;
+    test::Installation install;
+    std::filesystem::create_directories(install.configs());
+    std::filesystem::create_directories(install.logs());
+    AppState state;
+    state.baseDirectory = install.folder();
+    state.ConfigDirectory = install.configs().string();
+    state.liveMainConfig.systemLogPath = install.logs().string();
+    state.recognitionConfig.port = test::freeLoopbackPort();
+    state.recognitionDialogCopy = state.recognitionConfig;
+    config::saveRecogGlobal(state.ConfigDirectory, state.recognitionConfig);
+    state.messengersConfig.port = test::freeLoopbackPort();
+    config::saveMessengers(state.ConfigDirectory, state.messengersConfig);
+
+    auto services = supervision::makeServiceContext(state);
+    const std::filesystem::path folder = install.folder();
+    services->process.find = [folder](const std::string& name) { return test::findProcessIn(folder, name); };
+    services->startWatchMs = 800;
+    ProcessActions actions;
+    connectServiceActions(actions, services, state);
+    SettingsHooks hooks = systemSettingsHooks(state);
+    int rewrites = 0;
+    auto rewrite = hooks.rewriteAllStreams;
+    hooks.rewriteAllStreams = [&rewrites, rewrite] {
+        ++rewrites;
+        rewrite();
+    };
+    hooks.spawn = nullptr;
+    config::CameraCommon common;
+    common.ID = 3;
+    std::int32_t streamId = 3;
+    ASSERT_FALSE(state.streams.addStream(common, {}, {}, streamId, true));
+
+    supervision::startInference(*services);
+    supervision::startMes(*services);
+    const long first = test::findProcessIn(folder, "vxInference");
+    ASSERT_NE(first, 0);
+    ASSERT_NE(test::findProcessIn(folder, "vxMes"), 0);
+
+    const int newPort = test::freeLoopbackPort();
+    hooks.dialogs.recognition = [newPort](config::RecognitionSrvConfig& working) {
+        working.port = newPort;
+        return true;
+    };
+    editRecognitionService(state, actions, hooks);
+    state.pendingTasks.waitAll();
+    const long second = test::findProcessIn(folder, "vxInference");
+    EXPECT_NE(second, 0);
+    EXPECT_NE(second, first);
+    EXPECT_EQ(rewrites, 1);
+    const std::string stream = test::readFileBytes(config::cameraFilePath(state.ConfigDirectory, 3));
+    EXPECT_NE(stream.find("\"portServer\":" + std::to_string(newPort) + ","), std::string::npos) << stream;
+    const std::string log = test::readFileBytes(install.logs() / "vxInferenceLog.txt");
+    EXPECT_NE(log.find("GET /StopServer\n"), std::string::npos) << log;
+    EXPECT_NE(log.find("start pid=" + std::to_string(second) + " port=" + std::to_string(newPort) + "\n"),
+              std::string::npos) << log;
+    supervision::ThreadRequests(*services, "/FPS", false);
+    EXPECT_EQ(state.fpsRecognition, 25);   // the client follows the new port
+
+    // The messenger switched off: stopped, and nothing starts it again.
+    hooks.dialogs.messengers = [](config::MessengersConfig& working, bool&) {
+        working.on = false;
+        return true;
+    };
+    editMessengers(state, actions, hooks);
+    state.pendingTasks.waitAll();
+    EXPECT_EQ(test::findProcessIn(folder, "vxMes"), 0);
+
+    for (int i = 0; i < 10; ++i) {
+        const long pid = test::findProcessIn(folder, "vxInference");
+        if (pid == 0)
+            break;
+        platform::terminateProcess(pid);
+        test::waitFor([&] { return test::findProcessIn(folder, "vxInference") != pid; }, 2000);
+    }
+    EXPECT_EQ(test::findProcessIn(folder, "vxInference"), 0);
+}
