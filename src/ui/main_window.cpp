@@ -44,6 +44,8 @@
 #include "liveview/tile_pictures.h"
 #include "liveview/zone_image.h"
 #include "maintenance/system_log.h"
+#include "ui/edit_hooks.h"
+#include "ui/message_boxes.h"
 #include "ui/qt_text.h"
 #include "ui/white_list_windows.h"
 #include "ui/settings_windows.h"
@@ -579,12 +581,9 @@ void MainWindow::onTileClick(int x, int y)
 
 void MainWindow::editCamera(int x, int y)
 {
-    // Until the edit flow lands, a click is only hit-tested and logged.
-    const liveview::TileHit hit = liveview::hitTest(state_.streams, *liveView_, x, y);
-    if (hit.tile == liveview::noTile)
-        return;
-    VX_LOG(maintenance::logTrace,
-           "editCamera tile = " + std::to_string(hit.tile) + " zone = " + std::to_string(hit.button));
+    QtMessages messages(this);
+    const core::EditHooks hooks = windowEditHooks(this, state_, messages, services_, [this] { redrawTiles(-1, -1); });
+    core::editCamera(state_, *liveView_, hooks, x, y);
 }
 
 } // namespace vx::ui
