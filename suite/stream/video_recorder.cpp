@@ -16,7 +16,8 @@ std::filesystem::path chunkPath(const std::filesystem::path& videoRoot, std::int
     std::snprintf(day, sizeof day, "%04d_%02d_%02d", local.tm_year + 1900, local.tm_mon + 1, local.tm_mday);
     std::snprintf(stamp, sizeof stamp, "%s_%02d_%02d_%02d", day, local.tm_hour, local.tm_min, local.tm_sec);
     const std::string stream = "stream" + std::to_string(streamId);
-    return videoRoot / stream / day / ("video_" + stream + "_" + stamp + ".webm");
+    // "video_stream_<ID>_…": the name the manager's archive quota reads.
+    return videoRoot / stream / day / ("video_stream_" + std::to_string(streamId) + "_" + stamp + ".webm");
 }
 
 VideoRecorder::VideoRecorder(RecorderSettings settings, std::function<void(const std::string&)> log)

@@ -1,6 +1,6 @@
 #pragma once
 // The stream's recording: chunks of `chunkSeconds` seconds at the given size
-// into <videoRoot>/stream<ID>/YYYY_MM_DD/video_stream<ID>_YYYY_MM_DD_hh_mm_ss.webm
+// into <videoRoot>/stream<ID>/YYYY_MM_DD/video_stream_<ID>_YYYY_MM_DD_hh_mm_ss.webm
 // (VP8), the tree the manager's video quota walks.
 #include <chrono>
 #include <cstdint>
