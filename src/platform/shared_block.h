@@ -16,6 +16,10 @@ public:
     virtual ~SharedBlock() = default;
     virtual const char* data() const = 0;
     virtual std::size_t size() const = 0;
+    // Whether the name still leads to this block. A stream that was killed
+    // and started again makes a new block under the old name; a view of the
+    // old one then shows a picture that never changes.
+    virtual bool current() const { return true; }
 };
 
 class WritableSharedBlock : public SharedBlock {

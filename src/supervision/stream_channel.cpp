@@ -37,6 +37,9 @@ std::shared_ptr<platform::SharedBlock> blockFor(core::StreamTable& table, std::u
         for (core::CameraRuntime& record : records) {
             if (static_cast<std::uint32_t>(record.id) == streamId) {
                 found = true;
+                // A stream started anew has a new block under the old name.
+                if (record.mapping && !block && !record.mapping->current())
+                    record.mapping.reset();
                 if (!record.mapping && block)
                     record.mapping = block;
                 block = record.mapping;

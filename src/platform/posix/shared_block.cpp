@@ -20,9 +20,22 @@ std::string objectName(const std::string& name)
 
 class PosixSharedBlock : public WritableSharedBlock {
 public:
-    PosixSharedBlock(void* view, std::size_t size, std::string unlinkName)
-        : view_(view), size_(size), unlinkName_(std::move(unlinkName))
+    PosixSharedBlock(void* view, std::size_t size, std::string unlinkName, std::string openedName = {},
+                     const struct stat* opened = nullptr)
+        : view_(view), size_(size), unlinkName_(std::move(unlinkName)), openedName_(std::move(openedName))
     {
+        if (opened) {
+            device_ = opened->st_dev;
+            inode_ = opened->st_ino;
+        }
+    }
+    bool current() const override
+    {
+        if (openedName_.empty())
+            return true;
+        posix::UniqueFd fd(::shm_open(openedName_.c_str(), O_RDONLY | O_CLOEXEC, 0));
+        struct stat info {};
+        return fd.valid() && ::fstat(fd.get(), &info) == 0 && info.st_dev == device_ && info.st_ino == inode_;
     }
     ~PosixSharedBlock() override
     {
@@ -38,6 +51,9 @@ private:
     void* view_;
     std::size_t size_;
     std::string unlinkName_;
+    std::string openedName_;   // an opener's name, to tell a block made anew under it
+    dev_t device_ = 0;
+    ino_t inode_ = 0;
 };
 
 } // namespace
@@ -55,7 +71,7 @@ std::shared_ptr<SharedBlock> openSharedBlock(const std::string& name, std::size_
     void* view = ::mmap(nullptr, size, PROT_READ, MAP_SHARED, fd.get(), 0);
     if (view == MAP_FAILED)
         return nullptr;
-    return std::make_shared<PosixSharedBlock>(view, size, std::string());
+    return std::make_shared<PosixSharedBlock>(view, size, std::string(), objectName(name), &info);
 }
 
 std::unique_ptr<WritableSharedBlock> createSharedBlock(const std::string& name, std::size_t size)
