@@ -1,0 +1,225 @@
+// The stream dialog driven without a window: titles, the enable rules, the
+// trimmed link, the nine tests in their order, and what accept keeps.
+#include <gtest/gtest.h>
+
+#include <memory>
+
+#include "config/text_codec.h"
+#include "dialogs/stream_form.h"
+
+using namespace vx;
+using namespace vx::dialogs;
+
+namespace {
+
+std::string cp(const char* utf8) { return config::utf8ToCp1251(utf8); }
+
+const char* const linkText = "Не задан или задан неправильно видеопоток - нужно больше 3-х символов!";
+const char* const fpsText = "Неправильно заданно значение FPS - можно в диапазоне от 0 до 1000!";
+const char* const secondsText =
+    "Неправильное количество секунд до переподключения - можно в диапазоне от 1 и до 1000!";
+const char* const widthText = "Неправильно заданно значение ширины [0 - 20000]!";
+const char* const heightText = "Неправильно заданно значение высоты [0 - 20000]!";
+const char* const attemptsText = "Неправильно заданно количество попыток - можно в диапазоне от 0 до 1000!";
+const char* const chunkText = "Размер чанка может быть в пределах [1,500]!";
+const char* const widthWriteText = "Неправильно заданно значение ширины записи [0 - 20000]!";
+const char* const heightWriteText = "Неправильно заданно значение высоты записи [0 - 20000]!";
+
+class StreamFormTest : public ::testing::Test {
+protected:
+    StreamFormTest()
+    {
+        record.videoPath = "rtsp://cam";
+        record.videoName = cp("Въезд");
+        record.videoChunk = 60;
+    }
+    StreamForm& form(bool isNew = false)
+    {
+        form_ = std::make_unique<StreamForm>(record, isNew, messages);
+        form_->fill();
+        return *form_;
+    }
+    // Accepts; the one message shown, or "" when accepted.
+    std::string acceptMessage()
+    {
+        messages.shown.clear();
+        const bool accepted = form_->accept();
+        EXPECT_EQ(accepted, messages.shown.empty());
+        EXPECT_LE(messages.shown.size(), 1u);
+        return messages.shown.empty() ? std::string() : messages.shown.back().text;
+    }
+
+    config::CameraCommon record;
+    ScriptedMessages messages;
+
+private:
+    std::unique_ptr<StreamForm> form_;
+};
+
+} // namespace
+
+TEST_F(StreamFormTest, TitlesAndTheFrameRateShownWithFiveDigits)
+{
+    EXPECT_EQ(form(true).title(), cp("Добавить видеопоток"));
+    record.fps = 0.25f;
+    StreamForm& f = form(false);
+    EXPECT_EQ(f.title(), cp("Редактирование видеопотока"));
+    EXPECT_EQ(f.fps.text, "0.25");
+    record.fps = 1000.0f;
+    EXPECT_EQ(form().fps.text, "1000");
+    EXPECT_EQ(form().findCamera.caption, cp("Найти ONVIF камеру"));
+}
+
+TEST_F(StreamFormTest, LinkIsTrimmedAndNeedsThreeCharacters)
+{
+    StreamForm& f = form();
+    f.videoPath.type("ab");
+    EXPECT_EQ(acceptMessage(), cp(linkText));
+    f.videoPath.type(" \t\r\n\f\v ");
+    EXPECT_EQ(acceptMessage(), cp(linkText));
+    f.videoPath.type("\t abc \v\n");
+    EXPECT_EQ(acceptMessage(), "");
+    EXPECT_EQ(record.videoPath, "abc");
+    EXPECT_EQ(messages.shown.size(), 0u);
+}
+
+TEST_F(StreamFormTest, FrameRate)
+{
+    StreamForm& f = form();
+    f.fps.type("");
+    EXPECT_EQ(acceptMessage(), cp(fpsText));
+    f.fps.type("1000.5");
+    EXPECT_EQ(acceptMessage(), cp(fpsText));
+    f.fps.type("0.5");
+    EXPECT_EQ(acceptMessage(), "");
+    EXPECT_FLOAT_EQ(record.fps, 0.5f);
+}
+
+TEST_F(StreamFormTest, EveryTestRunsAndTheLastFailingOneSpeaks)
+{
+    StreamForm& f = form();
+    ASSERT_FALSE(f.secondsToReconnect.enabled);
+    // Disabled fields are tested too: the seconds of a clear reconnect box.
+    f.secondsToReconnect.text = "";
+    EXPECT_EQ(acceptMessage(), cp(secondsText));
+    f.width.type("20001");
+    EXPECT_EQ(acceptMessage(), cp(widthText));   // width comes after the seconds
+    f.width.type("20000");
+    f.secondsToReconnect.text = "1000";
+
+    struct Case { IntegerField* field; const char* bad; const char* text; };
+    const Case cases[] = {
+        {&f.height, "20001", heightText},      {&f.attempts, "1001", attemptsText},
+        {&f.videoChunk, "0", chunkText},       {&f.videoChunk, "501", chunkText},
+        {&f.widthWrite, "20001", widthWriteText}, {&f.heightWrite, "", heightWriteText},
+    };
+    for (const Case& c : cases) {
+        const std::string good = c.field->text;
+        c.field->text = c.bad;   // recording fields are disabled here
+        EXPECT_EQ(acceptMessage(), cp(c.text)) << c.text;
+        c.field->text = good;
+    }
+    // All nine at once: the last gives the message.
+    f.videoPath.type("");
+    f.fps.type("-1");
+    for (IntegerField* field : {&f.width, &f.height, &f.secondsToReconnect, &f.attempts, &f.videoChunk,
+                                &f.widthWrite, &f.heightWrite})
+        field->text = "x";
+    EXPECT_EQ(acceptMessage(), cp(heightWriteText));
+    f.heightWrite.text = "0";
+    EXPECT_EQ(acceptMessage(), cp(widthWriteText));
+}
+
+TEST_F(StreamFormTest, EnableRules)
+{
+    record.writeVideo = true;
+    record.writeOnlyNumObj = false;
+    record.writeTransport = true;
+    StreamForm& f = form();
+    EXPECT_TRUE(f.writeOnlyNumObj.enabled);
+    EXPECT_TRUE(f.videoChunk.enabled);
+    EXPECT_FALSE(f.writeTransport.enabled);
+    EXPECT_FALSE(f.writePerson.enabled);
+    f.writeOnlyNumObj.click();
+    EXPECT_TRUE(f.writeTransport.enabled);
+    EXPECT_TRUE(f.writePerson.enabled);
+    f.writeVideo.click();
+    for (bool enabled : {f.writeOnlyNumObj.enabled, f.writeTransport.enabled, f.writePerson.enabled,
+                         f.videoChunk.enabled, f.widthWrite.enabled, f.heightWrite.enabled})
+        EXPECT_FALSE(enabled);
+    // A cleared recording box keeps its sub-fields' values.
+    EXPECT_TRUE(f.writeTransport.checked);
+    EXPECT_EQ(f.videoChunk.text, "60");
+
+    EXPECT_FALSE(f.attempts.enabled);
+    f.reconnect.click();
+    EXPECT_TRUE(f.secondsToReconnect.enabled);
+    EXPECT_TRUE(f.attempts.enabled);
+
+    EXPECT_EQ(acceptMessage(), "");
+    EXPECT_FALSE(record.writeVideo);
+    EXPECT_TRUE(record.writeOnlyNumObj);
+    EXPECT_TRUE(record.writeTransport);
+    EXPECT_TRUE(record.reconnect);
+}
+
+TEST_F(StreamFormTest, DecodersExcludeEachOtherOnlyByClicks)
+{
+    record.decodeNvidia = true;
+    record.decodeDirectX = true;
+    StreamForm& f = form();
+    EXPECT_TRUE(f.decodeNvidia.checked);
+    EXPECT_TRUE(f.decodeDirectX.checked);
+    f.decodeNvidia.click();   // clears itself, and the other all the same
+    EXPECT_FALSE(f.decodeNvidia.checked);
+    EXPECT_FALSE(f.decodeDirectX.checked);
+    f.decodeDirectX.click();
+    EXPECT_TRUE(f.decodeDirectX.checked);
+    f.decodeNvidia.click();
+    EXPECT_TRUE(f.decodeNvidia.checked);
+    EXPECT_FALSE(f.decodeDirectX.checked);
+}
+
+TEST_F(StreamFormTest, AcceptKeepsWindowIdAndAutorunAndClearsWhatIsNotOnTheForm)
+{
+    record.xWindow = 11;
+    record.yWindow = 12;
+    record.widthWindow = 13;
+    record.heightWindow = 14;
+    record.ID = 7;
+    record.autoRun = true;
+    record.display = 2;
+    record.drawOptionsButtons = true;
+    StreamForm& f = form();
+    f.videoName.type(cp(" Выезд "));
+    f.width.type("640");
+    EXPECT_EQ(acceptMessage(), "");
+    EXPECT_EQ(record.xWindow, 11);
+    EXPECT_EQ(record.yWindow, 12);
+    EXPECT_EQ(record.widthWindow, 13);
+    EXPECT_EQ(record.heightWindow, 14);
+    EXPECT_EQ(record.ID, 7);
+    EXPECT_TRUE(record.autoRun);
+    EXPECT_EQ(record.display, 0);
+    EXPECT_FALSE(record.drawOptionsButtons);
+    EXPECT_EQ(record.videoName, cp(" Выезд "));   // the name as typed
+    EXPECT_EQ(record.width, 640);
+
+    // A refused accept leaves the record alone.
+    f.width.type("99999");
+    EXPECT_EQ(acceptMessage(), cp(widthText));
+    EXPECT_EQ(record.width, 640);
+}
+
+TEST_F(StreamFormTest, FindCameraFillsTheLinkOnlyWithAResult)
+{
+    StreamForm& f = form();
+    f.findCamera.press();   // no discovery behind it: nothing
+    EXPECT_EQ(f.videoPath.text, "rtsp://cam");
+    f.findLink = [] { return std::optional<std::string>(); };
+    f.findCamera.press();
+    EXPECT_EQ(f.videoPath.text, "rtsp://cam");
+    f.findLink = [] { return std::optional<std::string>("rtsp://admin:1@10.0.0.5:554/main"); };
+    f.findCamera.press();
+    EXPECT_EQ(f.videoPath.text, "rtsp://admin:1@10.0.0.5:554/main");
+}
