@@ -1,6 +1,8 @@
 #include "maintenance/video_archive.h"
 
 #include <algorithm>
+#include <functional>
+#include <set>
 #include <cstdio>
 #include <system_error>
 #include <utility>
@@ -203,13 +205,13 @@ void VideoArchive::enforceQuota()
     }
     if (totalBytes_ <= limitBytes_)
         return;
-    if (deleteOldest())
-        sweepEmptyDays();
+    deleteOldest();
 }
 
 bool VideoArchive::deleteOldest()
 {
     struct Candidate {
+        const std::string* streamName;
         VideoStreamRecord* stream;
         VideoDayRecord* day;
         std::size_t index;
@@ -222,15 +224,20 @@ bool VideoArchive::deleteOldest()
         for (auto& [dayName, day] : stream.days)
             for (std::size_t i = 0; i < day.files.size(); ++i) {
                 order.emplace_back(day.files[i].timeKey, candidates.size());
-                candidates.push_back({&stream, &day, i});
+                candidates.push_back({&streamName, &stream, &day, i});
             }
-    std::sort(order.begin(), order.end());
+    // Ascending by time key, equal keys by the second number. A heap gives
+    // the same order one at a time: a pass usually needs only a few.
+    const auto later = std::greater<std::pair<std::uint64_t, std::size_t>>();
+    std::make_heap(order.begin(), order.end(), later);
 
     std::vector<bool> deleted(candidates.size(), false);
-    bool any = false;
-    for (const auto& [key, number] : order) {
-        if (totalBytes_ <= limitBytes_)
-            break;
+    std::set<VideoDayRecord*> touchedDays;
+    std::set<const std::string*> touchedStreams;
+    while (!order.empty() && totalBytes_ > limitBytes_) {
+        std::pop_heap(order.begin(), order.end(), later);
+        const std::size_t number = order.back().second;
+        order.pop_back();
         const Candidate& c = candidates[number];
         const VideoFileRecord& file = c.day->files[c.index];
         // A file the stream still writes may refuse; it stays counted and
@@ -241,13 +248,18 @@ bool VideoArchive::deleteOldest()
         c.stream->bytes -= file.size;
         c.day->bytes -= file.size;
         deleted[number] = true;
-        any = true;
+        touchedDays.insert(c.day);
+        touchedStreams.insert(c.streamName);
     }
-    if (!any)
+    if (touchedDays.empty())
         return false;
     std::size_t number = 0;
     for (auto& [streamName, stream] : streams_)
         for (auto& [dayName, day] : stream.days) {
+            if (!touchedDays.contains(&day)) {
+                number += day.files.size();
+                continue;
+            }
             std::vector<VideoFileRecord> kept;
             kept.reserve(day.files.size());
             for (VideoFileRecord& file : day.files) {
@@ -258,12 +270,15 @@ bool VideoArchive::deleteOldest()
             }
             day.files = std::move(kept);
         }
+    sweepEmptyDays(touchedStreams);
     return true;
 }
 
-void VideoArchive::sweepEmptyDays()
+void VideoArchive::sweepEmptyDays(const std::set<const std::string*>& streams)
 {
     for (auto& [streamName, stream] : streams_) {
+        if (!streams.contains(&streamName))
+            continue;
         std::vector<fs::path> empty;
         forEachEntry(root_ / streamName, [&](const fs::directory_entry& dayFolder) {
             if (isFolder(dayFolder) && folderIsEmpty(dayFolder.path()))

@@ -13,6 +13,7 @@
 #include <filesystem>
 #include <functional>
 #include <map>
+#include <set>
 #include <string>
 #include <unordered_set>
 #include <vector>
@@ -55,7 +56,7 @@ public:
 
     // One quota pass: new stream folders, new files of the three day folders,
     // then oldest-first deletion while the total is above the limit, then
-    // the sweep of empty day folders (after a pass that deleted something).
+    // the sweep of empty day folders in the streams a pass deleted from.
     void enforceQuota();
 
     std::uint64_t totalBytes() const { return totalBytes_; }
@@ -72,8 +73,10 @@ private:
     // Adds a parsed file to a stream's day unless it is there already.
     void addFile(VideoStreamRecord& stream, const std::string& day, const std::filesystem::directory_entry& entry,
                  const std::string& name, std::uint64_t timeKey);
+    // Deletes oldest first while over the limit, then sweeps the day folders
+    // of the streams it deleted from. True when anything went.
     bool deleteOldest();
-    void sweepEmptyDays();
+    void sweepEmptyDays(const std::set<const std::string*>& streams);
 
     std::filesystem::path root_;
     std::uint64_t limitBytes_ = 0;
