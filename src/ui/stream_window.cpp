@@ -6,6 +6,7 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
+#include <QPalette>
 #include <QPushButton>
 #include <QVBoxLayout>
 
@@ -66,7 +67,9 @@ StreamWindow::StreamWindow(dialogs::StreamForm& form, QWidget* parent) : FormWin
     onlyVideoStream = new QCheckBox(literal("Только Трансляция (ВНИМАНИЕ! Установка этого флага приведет к тому, "
                                             "что распознавание не будет работать)"),
                                     this);
-    onlyVideoStream->setStyleSheet("QCheckBox { color: blue; background: transparent; }");
+    QPalette warning = onlyVideoStream->palette();
+    warning.setColor(QPalette::WindowText, Qt::blue);
+    onlyVideoStream->setPalette(warning);
     for (QCheckBox* check : {unShowVideo, showConsole, aspect, onlyVideoStream})
         layout->addWidget(check);
 
