@@ -10,7 +10,7 @@
 namespace vx::platform {
 
 // An open block and its view; going away unmaps the view and closes the
-// object (the creator's going also removes the name).
+// object (the last creator's going also removes the name).
 class SharedBlock {
 public:
     virtual ~SharedBlock() = default;
@@ -32,8 +32,9 @@ public:
 // past its end would fault on reading).
 std::shared_ptr<SharedBlock> openSharedBlock(const std::string& name, std::size_t size);
 
-// Creates the block `name` with `size` bytes (an existing one of that name is
-// replaced) and maps it for writing. Null on failure.
+// Creates the block `name` with `size` bytes, or joins the one that exists
+// under that name, and maps it for writing. The name goes with the last of
+// its creators. Null on failure.
 std::unique_ptr<WritableSharedBlock> createSharedBlock(const std::string& name, std::size_t size);
 
 } // namespace vx::platform

@@ -1,11 +1,16 @@
-// Shared blocks on POSIX: shm_open objects. The creator unlinks the name
-// when it goes, so a block never outlives its stream process by name; a view
-// the manager still holds stays valid until it unmaps it.
+// Shared blocks on POSIX: shm_open objects. Like a named file mapping, a
+// block is shared by everyone who creates it under the same name and lives
+// by name as long as one of its creators does: each creator holds a shared
+// flock on it, and the last one to go (the one that can take the lock
+// exclusively) removes the name. So a second stream process started under
+// the same identifier neither steals the first one's block nor takes it away
+// when it ends. A view the manager still holds stays valid until it unmaps it.
 #include "platform/shared_block.h"
 
 #include "platform/posix/unique_fd.h"
 
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/mman.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -40,9 +45,11 @@ public:
     ~PosixSharedBlock() override
     {
         ::munmap(view_, size_);
-        if (!unlinkName_.empty())
+        if (!unlinkName_.empty() && creator_.valid() && ::flock(creator_.get(), LOCK_EX | LOCK_NB) == 0)
             ::shm_unlink(unlinkName_.c_str());
     }
+    // The creator's descriptor, holding its shared lock for the block's life.
+    void keepCreator(posix::UniqueFd fd) { creator_ = std::move(fd); }
     const char* data() const override { return static_cast<const char*>(view_); }
     std::size_t size() const override { return size_; }
     char* writableData() override { return static_cast<char*>(view_); }
@@ -54,6 +61,7 @@ private:
     std::string openedName_;   // an opener's name, to tell a block made anew under it
     dev_t device_ = 0;
     ino_t inode_ = 0;
+    posix::UniqueFd creator_;
 };
 
 } // namespace
@@ -79,20 +87,24 @@ std::unique_ptr<WritableSharedBlock> createSharedBlock(const std::string& name, 
     if (size == 0)
         return nullptr;
     const std::string object = objectName(name);
-    ::shm_unlink(object.c_str());
-    posix::UniqueFd fd(::shm_open(object.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0600));
+    posix::UniqueFd fd(::shm_open(object.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600));
     if (!fd.valid())
         return nullptr;
-    if (::ftruncate(fd.get(), static_cast<off_t>(size)) != 0) {
-        ::shm_unlink(object.c_str());
+    if (::flock(fd.get(), LOCK_SH) != 0)
         return nullptr;
-    }
+    struct stat info {};
+    if (::fstat(fd.get(), &info) != 0)
+        return nullptr;
+    // A block left by a creator that was killed is taken over; one that is
+    // too short is made long enough.
+    if (static_cast<std::size_t>(info.st_size) < size && ::ftruncate(fd.get(), static_cast<off_t>(size)) != 0)
+        return nullptr;
     void* view = ::mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_SHARED, fd.get(), 0);
-    if (view == MAP_FAILED) {
-        ::shm_unlink(object.c_str());
+    if (view == MAP_FAILED)
         return nullptr;
-    }
-    return std::make_unique<PosixSharedBlock>(view, size, object);
+    auto block = std::make_unique<PosixSharedBlock>(view, size, object);
+    block->keepCreator(std::move(fd));
+    return block;
 }
 
 } // namespace vx::platform
