@@ -13,11 +13,11 @@
 
 namespace vx::ui {
 
-QHBoxLayout* okCancelButtons(FormWindow* window, QPushButton*& ok, QPushButton*& cancel)
+QHBoxLayout* okCancelButtons(FormWindow* window, QPushButton*& ok, QPushButton*& cancel, const char* okCaption)
 {
     auto* row = new QHBoxLayout;
     row->addStretch();
-    ok = new QPushButton(literal("ОК"), window);   // Cyrillic letters, as the dialogs are designed
+    ok = new QPushButton(literal(okCaption), window);   // "ОК" in Cyrillic letters, as the dialogs are designed
     cancel = new QPushButton(literal("Отмена"), window);
     ok->setDefault(true);
     ok->setAutoDefault(true);

@@ -14,8 +14,10 @@ namespace vx::ui {
 
 class FormWindow;
 
-// "ОК" (the default button, runs the form's accept) and "Отмена".
-QHBoxLayout* okCancelButtons(FormWindow* window, QPushButton*& ok, QPushButton*& cancel);
+// The row at the foot of a dialog: the OK button (the default one, it runs
+// the form's accept; "ОК" unless the dialog names it otherwise) and "Отмена".
+QHBoxLayout* okCancelButtons(FormWindow* window, QPushButton*& ok, QPushButton*& cancel,
+                             const char* okCaption = "ОК");
 QDateEdit* datePickerEdit(QWidget* parent);
 QTimeEdit* timePickerEdit(QWidget* parent);
 // An edit that takes digits only, as a numeric edit control.

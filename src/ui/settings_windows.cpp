@@ -1,5 +1,7 @@
 #include "ui/settings_windows.h"
 
+#include "ui/dialog_rows.h"
+
 #include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
@@ -21,27 +23,11 @@ namespace vx::ui {
 
 namespace {
 
-QHBoxLayout* buttonRow(FormWindow* window, const char* okCaption, QPushButton*& ok, QPushButton*& cancel)
-{
-    auto* row = new QHBoxLayout;
-    row->addStretch();
-    ok = new QPushButton(literal(okCaption), window);
-    cancel = new QPushButton(literal("Отмена"), window);
-    ok->setDefault(true);
-    ok->setAutoDefault(true);
-    cancel->setAutoDefault(false);
-    QObject::connect(ok, &QPushButton::clicked, window, &FormWindow::accept);
-    QObject::connect(cancel, &QPushButton::clicked, window, &FormWindow::reject);
-    row->addWidget(ok);
-    row->addWidget(cancel);
-    return row;
-}
 
 // An edit that takes digits only, as the number fields of these dialogs.
 QLineEdit* digitEdit(QWidget* parent, int width = 90)
 {
-    auto* edit = new QLineEdit(parent);
-    edit->setValidator(new QRegularExpressionValidator(QRegularExpression("[0-9]*"), edit));
+    QLineEdit* edit = digitsEdit(parent);
     edit->setMaximumWidth(width);
     return edit;
 }
@@ -126,7 +112,7 @@ RecognitionServiceWindow::RecognitionServiceWindow(dialogs::RecognitionServiceFo
     rows->addWidget(note("** Изменять с осторожностью", serviceGroup), row++, 0, 1, 3);
     rows->setColumnStretch(2, 1);
     layout->addWidget(serviceGroup);
-    layout->addLayout(buttonRow(this, "Перезапуск сервиса", ok, cancel));
+    layout->addLayout(okCancelButtons(this, ok, cancel, "Перезапуск сервиса"));
 
     b.bindCheck(bigSymbolModel, form.bigSymbolModel);
     b.bindList(models, form.models);
@@ -169,7 +155,7 @@ ControlServiceWindow::ControlServiceWindow(dialogs::ControlServiceForm& form, QW
     for (QCheckBox* check : {equalLatinCyr, notReturnServSymb, autoUpdateLists})
         listLayout->addWidget(check);
     layout->addWidget(listGroup);
-    layout->addLayout(buttonRow(this, "Перезапуск сервиса", ok, cancel));
+    layout->addLayout(okCancelButtons(this, ok, cancel, "Перезапуск сервиса"));
 
     b.bindInteger(port, form.port);
     b.bindCheck(httpLogger, form.httpLogger);
@@ -240,7 +226,7 @@ SettingsWindow::SettingsWindow(dialogs::SettingsForm& form, QWidget* parent) : F
     maxSizeVideo->setMaximumWidth(90);
     labelled(videoGrid, 2, "Максимальный размер папки в Mb", maxSizeVideo, videoGroup);
     layout->addWidget(videoGroup);
-    layout->addLayout(buttonRow(this, "ОК", ok, cancel));
+    layout->addLayout(okCancelButtons(this, ok, cancel, "ОК"));
 
     b.bindText(systemLogPath, form.systemLogPath);
     b.bindButton(systemLogBrowse, form.systemLogBrowse);
@@ -269,7 +255,7 @@ ProcessControlWindow::ProcessControlWindow(dialogs::ProcessControlForm& form, QW
     globalRestart = new QCheckBox(literal("Включить контроль*"), this);
     layout->addWidget(globalRestart);
     layout->addWidget(note("* В режиме контроля сервисы и видеопотоки будут перезапускаться при закрытии", this));
-    layout->addLayout(buttonRow(this, "ОК", ok, cancel));
+    layout->addLayout(okCancelButtons(this, ok, cancel, "ОК"));
     binding().bindCheck(globalRestart, form.globalRestart);
 }
 
@@ -296,7 +282,7 @@ MessengerServiceWindow::MessengerServiceWindow(dialogs::MessengerServiceForm& fo
     }
     layout->addLayout(grid);
     layout->addWidget(note("OK запускает сервис мессенджеров, если установлена галочка", this));
-    layout->addLayout(buttonRow(this, "ОК", ok, cancel));
+    layout->addLayout(okCancelButtons(this, ok, cancel, "ОК"));
     b.bindInteger(port, form.port);
     b.bindCheck(on, form.on);
 }
@@ -354,7 +340,7 @@ MessengerChannelWindow::MessengerChannelWindow(dialogs::MessengerChannelForm& fo
     b.bindText(sender, form.sender);
     addShown(form.receiverLabel, receiver);
     b.bindText(receiver, form.receiver);
-    grid->addLayout(buttonRow(this, "ОК", ok, cancel), row, 0, 1, 2);
+    grid->addLayout(okCancelButtons(this, ok, cancel, "ОК"), row, 0, 1, 2);
 
     b.bindCheck(on, form.on);
     b.bindList(typeMessenger, form.typeMessenger);

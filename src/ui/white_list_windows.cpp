@@ -1,5 +1,7 @@
 #include "ui/white_list_windows.h"
 
+#include "ui/dialog_rows.h"
+
 #include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
@@ -23,40 +25,6 @@ namespace vx::ui {
 
 namespace {
 
-const char* const okCaption = "ОК";        // Cyrillic letters, as the dialogs are designed
-const char* const cancelCaption = "Отмена";
-
-// The OK and Cancel row at the foot of a dialog; OK is the default button.
-QHBoxLayout* okCancelRow(FormWindow* window, QPushButton*& ok, QPushButton*& cancel)
-{
-    auto* row = new QHBoxLayout;
-    row->addStretch();
-    ok = new QPushButton(literal(okCaption), window);
-    cancel = new QPushButton(literal(cancelCaption), window);
-    ok->setDefault(true);
-    ok->setAutoDefault(true);
-    cancel->setAutoDefault(false);
-    QObject::connect(ok, &QPushButton::clicked, window, &FormWindow::accept);
-    QObject::connect(cancel, &QPushButton::clicked, window, &FormWindow::reject);
-    row->addWidget(ok);
-    row->addWidget(cancel);
-    return row;
-}
-
-QDateEdit* datePicker(QWidget* parent)
-{
-    auto* edit = new QDateEdit(parent);
-    edit->setCalendarPopup(true);
-    edit->setDisplayFormat("dd.MM.yyyy");
-    return edit;
-}
-
-QTimeEdit* timePicker(QWidget* parent)
-{
-    auto* edit = new QTimeEdit(parent);
-    edit->setDisplayFormat("HH:mm:ss");
-    return edit;
-}
 
 } // namespace
 
@@ -127,7 +95,7 @@ NewWhiteListWindow::NewWhiteListWindow(dialogs::NewWhiteListForm& form, QWidget*
         kinds.push_back(button);
         layout->addWidget(button);
     }
-    layout->addLayout(okCancelRow(this, ok, cancel));
+    layout->addLayout(okCancelButtons(this, ok, cancel));
     binding().bindText(name, form.name);
     binding().bindChoice(kinds, form.kind);
     name->setFocus();
@@ -150,15 +118,15 @@ ListEntryWindow::ListEntryWindow(dialogs::ListEntryForm& form, QWidget* parent) 
     addEdit("Дополнительная информация (информационное поле)", add);
     auto addPickers = [&](const char* label, QDateEdit*& date, QTimeEdit*& time) {
         layout->addWidget(new QLabel(literal(label), this), row, 0, 1, 2);
-        date = datePicker(this);
-        time = timePicker(this);
+        date = datePickerEdit(this);
+        time = timePickerEdit(this);
         layout->addWidget(date, row + 1, 0);
         layout->addWidget(time, row + 1, 1);
         row += 2;
     };
     addPickers("Начальная дата и время", date1, time1);
     addPickers("Конечная дата и время", date2, time2);
-    layout->addLayout(okCancelRow(this, ok, cancel), row, 0, 1, 2);
+    layout->addLayout(okCancelButtons(this, ok, cancel), row, 0, 1, 2);
 
     FormBinding& b = binding();
     b.bindText(num, form.num);
@@ -193,19 +161,19 @@ NestedListWindow::NestedListWindow(dialogs::NestedListForm& form, QWidget* paren
         dayRow->addWidget(days[d]);
     }
     layout->addWidget(group);
-    date = datePicker(this);
+    date = datePickerEdit(this);
     layout->addWidget(date);
     auto* timeLabel = new QLabel(literal("Время, которое действует список (00 - начало и 24 -  конец означает все сутки)"), this);
     timeLabel->setWordWrap(true);
     layout->addWidget(timeLabel);
     auto* times = new QHBoxLayout;
-    time1 = timePicker(this);
-    time2 = timePicker(this);
+    time1 = timePickerEdit(this);
+    time2 = timePickerEdit(this);
     times->addWidget(time1);
     times->addWidget(time2);
     times->addStretch();
     layout->addLayout(times);
-    layout->addLayout(okCancelRow(this, ok, cancel));
+    layout->addLayout(okCancelButtons(this, ok, cancel));
 
     FormBinding& b = binding();
     b.bindList(list, form.list);
