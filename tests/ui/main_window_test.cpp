@@ -3,11 +3,17 @@
 
 #include <QAction>
 #include <QApplication>
+#include <thread>
+#include <chrono>
+#include <atomic>
+#include <QTimer>
+#include <QEventLoop>
 #include <QCloseEvent>
 #include <QMenuBar>
 #include <QPushButton>
 #include <QStatusBar>
 
+#include "platform/process.h"
 #include "support/temp_dir.h"
 #include "support/qt_application.h"
 #include "ui/main_window.h"
@@ -125,4 +131,46 @@ TEST_F(MainWindowTest, StartAndStopButtonsRunTheGlobalCommands)
     EXPECT_EQ(window.statusBar()->currentMessage(), literal("Остановлено всё!"));
     EXPECT_EQ(saves, 2);
     state.pendingTasks.waitAll();
+}
+
+TEST_F(MainWindowTest, WindowAnswersWhileTheWatchIsStartingServices)
+{
+    core::AppState& state = freshState(base_.path());
+    MainWindow window(state);
+    window.setTeardownPause(0);
+    ASSERT_TRUE(window.create());
+    // Every service is missing and each start blocks the timer thread for a
+    // while, as a start routine does while it watches its service.
+    std::atomic<int> starts{0};
+    window.services().process.find = [](const std::string&) { return 0L; };
+    window.services().process.start = [&starts](const platform::ProcessStartInfo&) {
+        ++starts;
+        std::this_thread::sleep_for(std::chrono::milliseconds(700));
+        return std::unique_ptr<platform::StartedProcess>();
+    };
+    window.services().sleep = [](int) {};
+    state.restartControl = 10;
+    state.liveMainConfig.startStatus = true;
+
+    // Meanwhile the main thread answers a queued call every 20 ms.
+    using Clock = std::chrono::steady_clock;
+    auto last = Clock::now();
+    Clock::duration longestGap{};
+    QTimer probe;
+    probe.setInterval(20);
+    QObject::connect(&probe, &QTimer::timeout, [&] {
+        const auto now = Clock::now();
+        longestGap = std::max(longestGap, now - last);
+        last = now;
+    });
+    probe.start();
+    QEventLoop loop;
+    QTimer::singleShot(4000, &loop, &QEventLoop::quit);
+    last = Clock::now();
+    loop.exec();
+    probe.stop();
+
+    EXPECT_GE(starts.load(), 2) << "the watch never ran";
+    EXPECT_LT(std::chrono::duration_cast<std::chrono::milliseconds>(longestGap).count(), 500);
+    state.shuttingDown = true;
 }
