@@ -7,9 +7,13 @@
 #include "config/json_text.h"
 #include "config/text_codec.h"
 #include "config/white_list_file.h"
+#include "platform/paths.h"
 
 namespace vx::config {
 namespace {
+
+// What an unreadable registry is kept as before the defaults replace it.
+const char* const brokenCopySuffix = ".broken";
 
 std::string registryPath(const std::string& configDirectory) {
     return configFilePath(configDirectory, whiteListsRegistryFile);
@@ -91,24 +95,17 @@ void loadAllWhiteLists(WhiteListTable& table, const std::string& configDirectory
     const ReadOutcome outcome = loadWhiteListsList(table, configDirectory);
     if (table.lists.empty()) {
         if (outcome == ReadOutcome::parseError || outcome == ReadOutcome::typeError) {
-            // A registry that can't be read names lists we can't see; writing
-            // the defaults over it would lose them. It stays as it is, and the
-            // table holds the default list alone until the operator adds or
-            // removes a list.
-            std::cerr << "[VX2S] loadWhiteListsList: " << whiteListsRegistryFile
-                      << " is left as it stands" << std::endl;
-            WhiteList empty;
-            empty.name = defaultWhiteListName;
-            empty.file = defaultWhiteListFile;
-            table.lists.push_back(empty);
-            table.lookups.emplace_back();
-            if (!canOpen(configFilePath(configDirectory, defaultWhiteListFile)))
-                writeConfigFile("", configFilePath(configDirectory, defaultWhiteListFile),
-                                plainWhiteListText(empty));
-        } else {
-            writeDefaultWhiteLists(configDirectory);
-            loadWhiteListsList(table, configDirectory);
+            // The defaults go over a registry that can't be read; what it
+            // held is kept beside it first, so the operator can mend it by
+            // hand.
+            const std::string registry = registryPath(configDirectory);
+            std::string error;
+            if (platform::copyFileOverwrite(toNativePath(registry), toNativePath(registry + brokenCopySuffix), error))
+                std::cerr << "[VX2S] loadWhiteListsList: the unreadable registry is kept as "
+                          << whiteListsRegistryFile << brokenCopySuffix << std::endl;
         }
+        writeDefaultWhiteLists(configDirectory);
+        loadWhiteListsList(table, configDirectory);
     }
     loadListFiles(table, configDirectory);
     resolveExtendedWhiteLists(table);

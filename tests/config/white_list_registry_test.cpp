@@ -141,23 +141,23 @@ struct RegistryCase {
 };
 
 TEST(WhiteListRegistry, ReaderTable) {
-    const std::string leftAlone =
-        "[VX2S] loadWhiteListsList: vx_stream_config_whitelists.json is left as it stands\n";
+    const std::string keptAside =
+        "[VX2S] loadWhiteListsList: the unreadable registry is kept as vx_stream_config_whitelists.json.broken\n";
     const std::string typeError = "[VX2S] loadWhiteListsList parse error type \n";
     const std::string two = registryOf({{"Empty", "empty.list.csv"}, {"A", "a.list.csv"}});
     const std::vector<RegistryCase> cases = {
         {"truncated", two.substr(0, 40), {"Empty"},
-         "[VX2S] loadWhiteListsList parse error at byte 41\n" + leftAlone, true},
+         "[VX2S] loadWhiteListsList parse error at byte 41\n" + keptAside, true},
         {"not JSON at all", "ID,num,car,add\n", {"Empty"},
-         "[VX2S] loadWhiteListsList parse error at byte 1\n" + leftAlone, true},
+         "[VX2S] loadWhiteListsList parse error at byte 1\n" + keptAside, true},
         {"a name that is a number", "{\"whitelists\":[{\"name\":1,\"file\":\"x\"}]}", {"Empty"},
-         typeError + leftAlone, true},
+         typeError + keptAside, true},
         {"a type error after one list",
          "{\"whitelists\":[{\"name\":\"Empty\",\"file\":\"empty.list.csv\"},{\"name\":\"B\"}]}",
          {"Empty"}, typeError, false},
         {"whitelists an object", "{\"whitelists\":{\"k\":{\"name\":\"Empty\",\"file\":\"e\"}}}",
          {"Empty"}, "", false},
-        {"the document an array", "[]", {"Empty"}, typeError + leftAlone, true},
+        {"the document an array", "[]", {"Empty"}, typeError + keptAside, true},
     };
     for (const RegistryCase& c : cases) {
         SCOPED_TRACE(c.what);
@@ -168,10 +168,14 @@ TEST(WhiteListRegistry, ReaderTable) {
         loadAllWhiteLists(table, folder.dir());
         EXPECT_EQ(namesOf(table), c.names);
         EXPECT_EQ(err.text(), c.stderrText);
-        EXPECT_EQ(folder.bytes("vx_stream_config_whitelists.json"), c.bytes);
-        // With nothing read, the default list is in the table and on disk.
+        // With nothing read, the defaults replace the registry and the
+        // unreadable one is kept beside it; a registry that was read stays.
         if (c.defaultOnly) {
+            EXPECT_EQ(folder.bytes("vx_stream_config_whitelists.json"), defaultRegistry);
+            EXPECT_EQ(folder.bytes("vx_stream_config_whitelists.json.broken"), c.bytes);
             EXPECT_EQ(folder.bytes("empty.list.csv"), "ID,num,car,add\n");
+        } else {
+            EXPECT_EQ(folder.bytes("vx_stream_config_whitelists.json"), c.bytes);
         }
     }
 }
