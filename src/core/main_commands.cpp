@@ -21,6 +21,14 @@ std::filesystem::path pathOf(const std::string& cp1251Text)
     return std::filesystem::path(config::cp1251ToUtf8(cp1251Text));
 }
 
+// A log folder may be written relative ("logs"): it lies below the program's
+// folder, and the desktop's opener wants it as a full path.
+std::filesystem::path folderOf(const std::string& cp1251Text, const std::filesystem::path& baseDirectory)
+{
+    const std::filesystem::path folder = pathOf(cp1251Text);
+    return folder.is_relative() ? (baseDirectory / folder).lexically_normal() : folder;
+}
+
 } // namespace
 
 MainCommandHooks systemCommandHooks()
@@ -57,11 +65,11 @@ void runMenuCommand(AppState& state, int id, const MainCommandHooks& hooks)
         break;
     case menuOpenSystemLog:
         if (hooks.openFolder)
-            hooks.openFolder(pathOf(state.liveMainConfig.systemLogPath));
+            hooks.openFolder(folderOf(state.liveMainConfig.systemLogPath, state.baseDirectory));
         break;
     case menuOpenRecogLog:
         if (hooks.openFolder)
-            hooks.openFolder(pathOf(state.liveMainConfig.recogLogPath));
+            hooks.openFolder(folderOf(state.liveMainConfig.recogLogPath, state.baseDirectory));
         break;
     case menuHelpFile: {
         const std::filesystem::path help = helpFilePath(state.baseDirectory);

@@ -70,6 +70,17 @@ TEST(MainCommands, MenuDispatcherTakesOnly10002To10007)
         runMenuCommand(state, id, r.hooks());
     EXPECT_EQ(r.calls, (std::vector<std::string>{"folder /журналы/система", "folder /logs/recog", "settings", "destroy"}));
 
+    // Relative log folders (the demo's "logs") open below the program's folder.
+    r.calls.clear();
+    state.liveMainConfig.systemLogPath = "logs";
+    state.liveMainConfig.recogLogPath = "./recog";
+    runMenuCommand(state, 10004, r.hooks());
+    runMenuCommand(state, 10005, r.hooks());
+    EXPECT_EQ(r.calls, (std::vector<std::string>{"folder " + (dir.path() / "bin" / "logs").string(),
+                                                  "folder " + (dir.path() / "bin" / "recog").string()}));
+    state.liveMainConfig.systemLogPath = cp1251("/журналы/система");
+    state.liveMainConfig.recogLogPath = "/logs/recog";
+
     // Help: ../doc/Vexlane.pdf beside the program's folder, as a full path.
     r.calls.clear();
     runMenuCommand(state, 10006, r.hooks());
