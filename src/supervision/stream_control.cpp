@@ -3,6 +3,7 @@
 #include <cerrno>
 #include <chrono>
 #include <iostream>
+#include <map>
 #include <thread>
 
 #include "config/text_codec.h"
@@ -237,11 +238,43 @@ bool sameTextIgnoringCase(const std::string& a, const std::string& b)
     return true;
 }
 
-long findProcessByArg(StreamControl& control, const std::string& exeName, const std::string& firstArg)
+namespace {
+
+// One pass's view of the processes: the list, and the command lines read
+// from it so far. A pass over the autorun streams asks it once per stream;
+// the list and the lines are read once for all of them, and again after a
+// start, so that no stream is judged on a list older than the last start.
+struct ProcessScan {
+    std::vector<platform::ProcessEntry> processes;
+    std::map<long, std::string> commandLines;
+    bool taken = false;
+};
+
+const std::vector<platform::ProcessEntry>& processesOf(StreamControl& control, ProcessScan& scan)
 {
-    if (!control.listProcesses)
-        return 0;
-    const std::vector<platform::ProcessEntry> processes = control.listProcesses();
+    if (!scan.taken) {
+        scan.processes = control.listProcesses();
+        scan.commandLines.clear();
+        scan.taken = true;
+    }
+    return scan.processes;
+}
+
+const std::string& commandLineOf(StreamControl& control, ProcessScan& scan, long pid)
+{
+    auto it = scan.commandLines.find(pid);
+    if (it == scan.commandLines.end())
+        it = scan.commandLines
+                 .emplace(pid, control.readCommandLine ? control.readCommandLine(pid)
+                                                       : platform::readProcessCommandLine(pid))
+                 .first;
+    return it->second;
+}
+
+long findProcessIn(StreamControl& control, ProcessScan& scan, const std::string& exeName,
+                   const std::string& firstArg)
+{
+    const std::vector<platform::ProcessEntry>& processes = processesOf(control, scan);
     if (processes.empty())
         return 0;
     // The diagnostic texts of a scan are built and kept to the scan: a scan
@@ -251,8 +284,7 @@ long findProcessByArg(StreamControl& control, const std::string& exeName, const 
     for (const platform::ProcessEntry& process : processes) {
         if (process.imageName != exeName)
             continue;
-        const std::string line = control.readCommandLine ? control.readCommandLine(process.pid)
-                                                         : platform::readProcessCommandLine(process.pid);
+        const std::string& line = commandLineOf(control, scan, process.pid);
         diagnostic = "Full cmdline: '" + line + "'";
         const std::vector<std::string> arguments = platform::splitCommandLine(line);
         if (arguments.size() < 2)
@@ -265,6 +297,16 @@ long findProcessByArg(StreamControl& control, const std::string& exeName, const 
     }
     (void)diagnostic;
     return 0;
+}
+
+} // namespace
+
+long findProcessByArg(StreamControl& control, const std::string& exeName, const std::string& firstArg)
+{
+    if (!control.listProcesses)
+        return 0;
+    ProcessScan scan;
+    return findProcessIn(control, scan, exeName, firstArg);
 }
 
 std::uint32_t streamIdFromEntry(const std::string& entry)
@@ -283,15 +325,17 @@ void restartMissingStreams(StreamControl& control)
     const StreamSettings settings = control.settings();
     const std::vector<std::string>& entries = settings.mainConfig.videoStreams;
     const std::vector<bool>& autoRun = settings.mainConfig.autoRunStreams;
+    ProcessScan scan;
     for (std::size_t i = 0; i < entries.size(); ++i) {
         if (i >= autoRun.size() || !autoRun[i])
             continue;
         const std::string firstArg = config::cp1251ToUtf8(settings.configDirectory + "/" + entries[i]);
-        if (findProcessByArg(control, streamImageName(), firstArg) != 0)
+        if (control.listProcesses && findProcessIn(control, scan, streamImageName(), firstArg) != 0)
             continue;
         const std::uint32_t id = streamIdFromEntry(entries[i]);
         // Runs here, on the watch's thread, five seconds at most per stream.
         videoStart(control, 100000, static_cast<std::int32_t>(id));
+        scan.taken = false;   // the next stream is judged on a list taken after this start
     }
 }
 

@@ -196,5 +196,43 @@ TEST(RestartMissingStreams, StartsOnlyTheMissingAutorunStreams)
                            }));
 }
 
+TEST(RestartMissingStreams, OneProcessListPerPassAndAnotherAfterEachStart)
+{
+    World world({"vx_stream0.json", "vx_stream1.json", "vx_stream2.json", "vx_stream3.json"},
+                {true, true, true, true});
+    for (std::int32_t id = 0; id < 4; ++id)
+        world.add(id);
+    world.addProcess(70, "vxVideoStream", {"vxVideoStream", "/c/vx_stream3.json"});
+    world.addProcess(71, "vxVideoStream", {"vxVideoStream", "/c/vx_stream0.json"});
+    world.addProcess(72, "vxVideoStream", {"vxVideoStream", "/c/vx_stream2.json"});
+    int lists = 0;
+    std::map<long, int> reads;
+    world.control.listProcesses = [&] {
+        ++lists;
+        return world.processes;
+    };
+    world.control.readCommandLine = [&](long pid) {
+        ++reads[pid];
+        return platform::joinCommandLine(world.arguments[pid]);
+    };
+    // Stream 1 is missing: one list serves streams 0 and 1; the start of 1
+    // makes stream 2 and 3 be judged on a list taken afterwards.
+    restartMissingStreams(world.control);
+    EXPECT_EQ(world.started,
+              (std::vector<std::string>{"vxVideoStream \"/c/vx_stream1.json\" \"/v\" \"/l/vxVideoStreamLog1.txt\""}));
+    EXPECT_EQ(lists, 2);
+    EXPECT_EQ(reads, (std::map<long, int>{{70, 2}, {71, 2}, {72, 2}}));
+
+    // All running: one list and one read of each command line for the pass.
+    world.started.clear();
+    world.addProcess(73, "vxVideoStream", {"vxVideoStream", "/c/vx_stream1.json"});
+    lists = 0;
+    reads.clear();
+    restartMissingStreams(world.control);
+    EXPECT_TRUE(world.started.empty());
+    EXPECT_EQ(lists, 1);
+    EXPECT_EQ(reads, (std::map<long, int>{{70, 1}, {71, 1}, {72, 1}, {73, 1}}));
+}
+
 } // namespace
 } // namespace vx::supervision
