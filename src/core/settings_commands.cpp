@@ -67,8 +67,14 @@ void editSettings(AppState& state, const ProcessActions& actions, const Settings
 {
     config::MainConfig& live = state.liveMainConfig;
     const bool autorunBefore = live.autoRunManager;
+    // The form reads back into a fresh record, which has no stream lists; the
+    // stream starts and the watch read them from this copy, so they stay.
+    std::vector<std::string> streamsBefore = live.videoStreams;
+    std::vector<bool> autoRunBefore = live.autoRunStreams;
     if (!hooks.dialogs.settings || !hooks.dialogs.settings(live))
         return;
+    live.videoStreams = std::move(streamsBefore);
+    live.autoRunStreams = std::move(autoRunBefore);
     if (live.autoRunManager != autorunBefore) {
         const bool done = hooks.setAutorun &&
                           hooks.setAutorun("Vexlane", autorunProgramPath(state.baseDirectory), live.autoRunManager);

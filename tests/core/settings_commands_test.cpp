@@ -116,6 +116,25 @@ TEST_F(SettingsCommands, SettingsSetAutorunBeforeTheFileAndKeepTheOldValueOnFail
     EXPECT_EQ(state.status.get(), "x");
 }
 
+TEST_F(SettingsCommands, SettingsKeepTheStreamListsThatStartsAndTheWatchRead)
+{
+    state.liveMainConfig.videoStreams = {"vx_stream0.json", "vx_stream4.json"};
+    state.liveMainConfig.autoRunStreams = {true, false};
+    state.liveMainConfig.perfLog = 1;
+    // The form's read back: a fresh record, carrying only the two flags.
+    hooks.dialogs.settings = [](config::MainConfig& record) {
+        config::MainConfig fresh;
+        fresh.startStatus = record.startStatus;
+        fresh.globalRestart = record.globalRestart;
+        record = fresh;
+        return true;
+    };
+    editSettings(state, actions, hooks);
+    EXPECT_EQ(state.liveMainConfig.videoStreams, (std::vector<std::string>{"vx_stream0.json", "vx_stream4.json"}));
+    EXPECT_EQ(state.liveMainConfig.autoRunStreams, (std::vector<bool>{true, false}));
+    EXPECT_EQ(state.liveMainConfig.perfLog, 0);   // what the form doesn't hold goes, as before
+}
+
 TEST_F(SettingsCommands, TheWatchSwitchSetsRestartControlOnlyWhenItChanged)
 {
     bool answer = true;
