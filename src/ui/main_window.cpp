@@ -466,7 +466,8 @@ void MainWindow::teardown()
     supervision::stopClients(services_->clients);
     if (tickTimer_)
         tickTimer_->stop();
-    QCoreApplication::exit(0);
+    if (quit_)
+        quit_();
 }
 
 void MainWindow::closeEvent(QCloseEvent* event)

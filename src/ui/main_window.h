@@ -2,8 +2,10 @@
 // The manager's window: menu, the main dialog with its eight buttons, the two
 // status panels, the tile area, the status bar and the tray icon. It binds
 // the core's logic to Qt and holds none of its own.
+#include <QCoreApplication>
 #include <QMainWindow>
 #include <QSystemTrayIcon>
+#include <functional>
 #include <map>
 #include <memory>
 
@@ -58,6 +60,9 @@ public:
     QSystemTrayIcon* trayIcon() const { return tray_; }
     // Sets how long the teardown waits for the background threads.
     void setTeardownPause(int ms) { teardownPauseMs_ = ms; }
+    // What the teardown ends with: telling the event loop to end. Tests that
+    // go on using the application after a teardown put in their own.
+    void setQuitAction(std::function<void()> quit) { quit_ = std::move(quit); }
 
     void onMenuCommand(int id);
     void onDialogCommand(int id);
@@ -106,6 +111,7 @@ private:
     std::unique_ptr<platform::WindowEndpoint> endpoint_;
     QSocketNotifier* endpointNotifier_ = nullptr;
     int teardownPauseMs_ = 1500;
+    std::function<void()> quit_ = [] { QCoreApplication::exit(0); };
     bool tornDown_ = false;
 };
 

@@ -6,6 +6,7 @@
 #include <thread>
 #include <chrono>
 #include <atomic>
+#include <memory>
 #include <QTimer>
 #include <QEventLoop>
 #include <QCloseEvent>
@@ -60,6 +61,7 @@ TEST_F(MainWindowTest, ShowsTheTitleButtonsAndMenus)
     core::AppState& state = freshState(base_.path());
     MainWindow window(state);
     window.setTeardownPause(0);
+    window.setQuitAction([] {});
     ASSERT_TRUE(window.create());
     EXPECT_EQ(window.windowTitle(), literal("Vexlane Распознавание автомобильных номеров"));
     const std::vector<std::pair<int, const char*>> buttons{
@@ -95,6 +97,7 @@ TEST_F(MainWindowTest, CloseBoxMinimisesAndOnlyTheMenuEnds)
     core::AppState& state = freshState(base_.path());
     MainWindow window(state);
     window.setTeardownPause(0);
+    window.setQuitAction([] {});
     ASSERT_TRUE(window.create());
     window.show();
     QCloseEvent close;
@@ -115,6 +118,7 @@ TEST_F(MainWindowTest, StartAndStopButtonsRunTheGlobalCommands)
     core::AppState& state = freshState(base_.path());
     MainWindow window(state);
     window.setTeardownPause(0);
+    window.setQuitAction([] {});
     ASSERT_TRUE(window.create());
     // The commands reach the real service workers; no process is looked for,
     // started or ended from here, so no other test's services are touched.
@@ -138,13 +142,16 @@ TEST_F(MainWindowTest, WindowAnswersWhileTheWatchIsStartingServices)
     core::AppState& state = freshState(base_.path());
     MainWindow window(state);
     window.setTeardownPause(0);
+    window.setQuitAction([] {});
     ASSERT_TRUE(window.create());
     // Every service is missing and each start blocks the timer thread for a
     // while, as a start routine does while it watches its service.
-    std::atomic<int> starts{0};
+    // The count is shared with the timer thread, which may still be in a
+    // watch pass when the test has ended.
+    auto starts = std::make_shared<std::atomic<int>>(0);
     window.services().process.find = [](const std::string&) { return 0L; };
-    window.services().process.start = [&starts](const platform::ProcessStartInfo&) {
-        ++starts;
+    window.services().process.start = [starts](const platform::ProcessStartInfo&) {
+        ++*starts;
         std::this_thread::sleep_for(std::chrono::milliseconds(700));
         return std::unique_ptr<platform::StartedProcess>();
     };
@@ -170,7 +177,7 @@ TEST_F(MainWindowTest, WindowAnswersWhileTheWatchIsStartingServices)
     loop.exec();
     probe.stop();
 
-    EXPECT_GE(starts.load(), 2) << "the watch never ran";
+    EXPECT_GE(starts->load(), 2) << "the watch never ran";
     EXPECT_LT(std::chrono::duration_cast<std::chrono::milliseconds>(longestGap).count(), 500);
     state.shuttingDown = true;
 }

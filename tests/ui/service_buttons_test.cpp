@@ -44,6 +44,7 @@ TEST(ServiceButtons, StartAllStartsTheServicesStopAllEndsThemExitLeavesThem)
 
     ui::MainWindow window(*state);
     window.setTeardownPause(0);
+    window.setQuitAction([] {});
     ASSERT_TRUE(window.create());
     window.services().process.find = [folder](const std::string& name) { return test::findProcessIn(folder, name); };
     window.services().startWatchMs = 800;

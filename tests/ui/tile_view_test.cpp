@@ -76,6 +76,7 @@ TEST(TileArea, TheWindowDrawsTheZoneAndAClickClearsTheStatus)
     state->ConfigDirectory = base.path().string() + "/configs";
     vx::ui::MainWindow window(*state);
     window.setTeardownPause(0);
+    window.setQuitAction([] {});
     ASSERT_TRUE(window.create());
     auto* area = qobject_cast<TileView*>(window.control(vx::ui::idTileArea));
     ASSERT_NE(area, nullptr);
