@@ -60,6 +60,28 @@ private:
     dialogs::TableField& field_;
 };
 
+// A one-line edit over a field that holds its text: the field's text,
+// limit, state and visibility go to the edit; typing only changes the text
+// (no pull, so the cursor stays put).
+template <typename Field>
+void bindLineEdit(QLineEdit* edit, Field& field, std::vector<std::function<void()>>& pulls, bool& pulling)
+{
+    pulls.push_back([edit, &field] {
+        if constexpr (requires { field.maxLength; })
+            edit->setMaxLength(static_cast<int>(field.maxLength));
+        const QString text = toQString(field.text);
+        if (edit->text() != text)
+            edit->setText(text);
+        edit->setEnabled(field.enabled);
+        if constexpr (requires { field.visible; })
+            edit->setVisible(field.visible);
+    });
+    QObject::connect(edit, &QLineEdit::textChanged, edit, [&pulling, &field](const QString& text) {
+        if (!pulling)
+            field.type(fromQString(text));
+    });
+}
+
 } // namespace
 
 void FormBinding::pull()
@@ -80,19 +102,7 @@ void FormBinding::act(const std::function<void()>& action)
 
 void FormBinding::bindText(QLineEdit* edit, dialogs::TextField& field)
 {
-    pulls_.push_back([edit, &field] {
-        edit->setMaxLength(static_cast<int>(field.maxLength));
-        const QString text = toQString(field.text);
-        if (edit->text() != text)
-            edit->setText(text);
-        edit->setEnabled(field.enabled);
-        edit->setVisible(field.visible);
-    });
-    // Typing only changes the text: no pull, so the cursor stays put.
-    QObject::connect(edit, &QLineEdit::textChanged, edit, [this, &field](const QString& text) {
-        if (!pulling_)
-            field.type(fromQString(text));
-    });
+    bindLineEdit(edit, field, pulls_, pulling_);
 }
 
 void FormBinding::bindTextArea(QPlainTextEdit* edit, dialogs::TextField& field)
@@ -120,31 +130,12 @@ void FormBinding::bindTextArea(QPlainTextEdit* edit, dialogs::TextField& field)
 
 void FormBinding::bindInteger(QLineEdit* edit, dialogs::IntegerField& field)
 {
-    pulls_.push_back([edit, &field] {
-        const QString text = toQString(field.text);
-        if (edit->text() != text)
-            edit->setText(text);
-        edit->setEnabled(field.enabled);
-        edit->setVisible(field.visible);
-    });
-    QObject::connect(edit, &QLineEdit::textChanged, edit, [this, &field](const QString& text) {
-        if (!pulling_)
-            field.type(fromQString(text));
-    });
+    bindLineEdit(edit, field, pulls_, pulling_);
 }
 
 void FormBinding::bindReal(QLineEdit* edit, dialogs::RealField& field)
 {
-    pulls_.push_back([edit, &field] {
-        const QString text = toQString(field.text);
-        if (edit->text() != text)
-            edit->setText(text);
-        edit->setEnabled(field.enabled);
-    });
-    QObject::connect(edit, &QLineEdit::textChanged, edit, [this, &field](const QString& text) {
-        if (!pulling_)
-            field.type(fromQString(text));
-    });
+    bindLineEdit(edit, field, pulls_, pulling_);
 }
 
 void FormBinding::bindCheck(QCheckBox* check, dialogs::CheckField& field)
