@@ -32,6 +32,18 @@ QLineEdit* digitEdit(QWidget* parent, int width = 90)
     return edit;
 }
 
+// The "Порт:" row at the top of a service dialog; returns its edit.
+QLineEdit* addPortRow(QBoxLayout* layout, QWidget* parent)
+{
+    auto* row = new QHBoxLayout;
+    row->addWidget(new QLabel(literal("Порт:"), parent));
+    QLineEdit* edit = digitEdit(parent);
+    row->addWidget(edit);
+    row->addStretch();
+    layout->addLayout(row);
+    return edit;
+}
+
 QLabel* note(const char* utf8, QWidget* parent)
 {
     auto* label = new QLabel(literal(utf8), parent);
@@ -128,12 +140,7 @@ ControlServiceWindow::ControlServiceWindow(dialogs::ControlServiceForm& form, QW
     setWindowTitle(literal("Настройки сервиса управления"));
     FormBinding& b = binding();
     auto* layout = new QVBoxLayout(this);
-    auto* portRow = new QHBoxLayout;
-    portRow->addWidget(new QLabel(literal("Порт:"), this));
-    port = digitEdit(this);
-    portRow->addWidget(port);
-    portRow->addStretch();
-    layout->addLayout(portRow);
+    port = addPortRow(layout, this);
     httpLogger = new QCheckBox(literal("Выводить отладочную консоль"), this);
     layout->addWidget(httpLogger);
 
@@ -265,12 +272,7 @@ MessengerServiceWindow::MessengerServiceWindow(dialogs::MessengerServiceForm& fo
     setWindowTitle(literal("Сервис мессенджеров"));
     FormBinding& b = binding();
     auto* layout = new QVBoxLayout(this);
-    auto* portRow = new QHBoxLayout;
-    portRow->addWidget(new QLabel(literal("Порт:"), this));
-    port = digitEdit(this);
-    portRow->addWidget(port);
-    portRow->addStretch();
-    layout->addLayout(portRow);
+    port = addPortRow(layout, this);
     on = new QCheckBox(literal("Включить сервис мессенджеров"), this);
     layout->addWidget(on);
     auto* grid = new QGridLayout;
