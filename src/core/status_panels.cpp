@@ -36,7 +36,10 @@ StatusPanelTexts statusPanelTexts(AppState& state)
     services.restartControl = state.restartControl;
     services.statusControl = state.statusControl;
     services.statusMes = state.statusMes;
-    if (maintenance::LogBuffer* perf = maintenance::perfLog(); perf && state.liveMainConfig.perfLog == 1)
+    // A sample only of a known rate: -1 (no answer yet, or the service is
+    // down) writes nothing.
+    if (maintenance::LogBuffer* perf = maintenance::perfLog();
+        perf && state.liveMainConfig.perfLog == 1 && services.fpsRecognition != -1)
         perf->writeLine(std::to_string(services.fpsRecognition));
     const StreamCounts counts{state.streams.countTotal(), state.streams.countRunning(),
                               state.streams.countPlanned()};

@@ -31,7 +31,7 @@ struct StatusPanelTexts {
 // updateStatusPanels without the window: both texts from the published
 // service values and the stream table (two counting passes). When perf.txt
 // is open and the config's perfLog is 1, the recognition's fps goes into it
-// as a line, as it stands (-1 while the service doesn't answer).
+// as a line while it is known; -1 (no answer) writes nothing.
 StatusPanelTexts statusPanelTexts(AppState& state);
 
 } // namespace vx::core

@@ -57,22 +57,51 @@ bool endsWith(const std::string& text, const std::string& tail)
     return text.size() >= tail.size() && text.compare(text.size() - tail.size(), tail.size(), tail) == 0;
 }
 
-void pruneArchive(const fs::path& folder, const std::string& stem, std::size_t keep)
+struct Archive {
+    fs::path path;
+    fs::file_time_type written;
+};
+
+void pruneArchive(const fs::path& folder, const std::string& stem, std::size_t keep, const fs::path& made)
 {
-    std::vector<fs::path> archives;
+    std::vector<Archive> archives;
     std::error_code error;
     for (fs::directory_iterator it(folder, error), end; !error && it != end; it.increment(error)) {
         const std::string name = it->path().filename().string();
         std::error_code typeError;
-        if (name.rfind(stem + "_", 0) == 0 && endsWith(name, archiveSuffix) && it->is_regular_file(typeError))
-            archives.push_back(it->path());
+        if (name.rfind(stem + "_", 0) != 0 || !endsWith(name, archiveSuffix) ||
+            it->symlink_status(typeError).type() != fs::file_type::regular)
+            continue;
+        const auto written = fs::last_write_time(it->path(), typeError);
+        if (!typeError)
+            archives.push_back({it->path(), written});
     }
     if (archives.size() <= keep)
         return;
-    std::sort(archives.begin(), archives.end(),
-              [](const fs::path& a, const fs::path& b) { return a.filename() > b.filename(); });
-    for (std::size_t i = keep; i < archives.size(); ++i)
-        fs::remove(archives[i], error);   // one that won't go stays for the next start
+    // Newest first; equal times by name, for a stable order.
+    std::sort(archives.begin(), archives.end(), [](const Archive& a, const Archive& b) {
+        return a.written != b.written ? a.written > b.written : a.path.filename() > b.path.filename();
+    });
+    // burstStart[i]: the oldest archive of the burst that archive i is in.
+    std::vector<std::size_t> burstStart(archives.size());
+    for (std::size_t i = archives.size(); i-- > 0;)
+        burstStart[i] = i + 1 < archives.size() && archives[i].written - archives[i + 1].written < logArchiveBurstGap
+                            ? burstStart[i + 1]
+                            : i;
+    std::vector<bool> kept(archives.size(), false);
+    for (std::size_t i = 0; i < archives.size(); ++i) {
+        if (archives[i].path == made)
+            kept[i] = true;
+        if (i >= keep)
+            continue;
+        kept[i] = true;
+        const std::size_t first = burstStart[i];
+        for (std::size_t j = 0; j < logArchiveBurstKeep && first >= i + j; ++j)
+            kept[first - j] = true;
+    }
+    for (std::size_t i = 0; i < archives.size(); ++i)
+        if (!kept[i])
+            fs::remove(archives[i].path, error);   // one that won't go stays for the next start
 }
 
 } // namespace
@@ -93,7 +122,7 @@ fs::path archiveLogFile(const fs::path& logFile, std::size_t keep)
     for (int n = 2; fs::exists(target) && n < 1000; ++n)
         target = folder / (stem + "_" + stamp + "_" + std::to_string(n) + archiveSuffix);
     fs::rename(logFile, target);
-    pruneArchive(folder, stem, keep);
+    pruneArchive(folder, stem, keep, target);
     return target;
 }
 

@@ -53,10 +53,26 @@ void forEachEntry(const fs::path& folder, Visit visit)
     }
 }
 
+// A folder of the tree itself: a link to a folder is not one.
 bool isFolder(const fs::directory_entry& entry)
 {
     std::error_code ec;
-    return entry.is_directory(ec);
+    return entry.symlink_status(ec).type() == fs::file_type::directory;
+}
+
+bool isFolder(const fs::path& path)
+{
+    std::error_code ec;
+    return fs::symlink_status(path, ec).type() == fs::file_type::directory;
+}
+
+// A video file of the tree: a plain file (not a link) whose name parses.
+bool isVideoFile(const fs::directory_entry& entry, const std::string& name, std::uint64_t& key)
+{
+    std::error_code ec;
+    std::string streamFolder;
+    return entry.symlink_status(ec).type() == fs::file_type::regular && endsWith(name, webm) &&
+           parseVideoName(name, key, streamFolder);
 }
 
 bool folderIsEmpty(const fs::path& folder)
@@ -71,10 +87,7 @@ VideoArchiveHooks withDefaults(VideoArchiveHooks hooks)
     if (!hooks.now)
         hooks.now = [] { return std::time(nullptr); };
     if (!hooks.deleteFile)
-        hooks.deleteFile = [](const fs::path& path) {
-            std::error_code ec;
-            return fs::remove(path, ec) && !ec;
-        };
+        hooks.deleteFile = platform::deleteFileUnlessInUse;
     if (!hooks.removeFolder)
         hooks.removeFolder = [](const fs::path& path) {
             std::error_code ec;
@@ -152,7 +165,7 @@ void VideoArchive::addFile(VideoStreamRecord& stream, const std::string& day, co
     if (record.names.contains(name))
         return;
     std::error_code ec;
-    const std::uint64_t size = entry.file_size(ec);
+    const std::uint64_t size = entry.file_size(ec);   // a plain file: no link to follow
     if (ec)
         return;   // gone between the listing and the look at its size
     record.files.push_back({entry.path(), timeKey, size});
@@ -167,6 +180,9 @@ void VideoArchive::fullScan()
     forEachEntry(root_, [&](const fs::directory_entry& streamFolder) {
         if (!isFolder(streamFolder))
             return;
+        // Keyed by the folder, as the pass keys it, whatever ID the file
+        // names carry.
+        const std::string streamName = streamFolder.path().filename().string();
         forEachEntry(streamFolder.path(), [&](const fs::directory_entry& dayFolder) {
             if (!isFolder(dayFolder))
                 return;
@@ -174,10 +190,8 @@ void VideoArchive::fullScan()
             forEachEntry(dayFolder.path(), [&](const fs::directory_entry& file) {
                 const std::string name = file.path().filename().string();
                 std::uint64_t key = 0;
-                std::string streamName;
-                if (isFolder(file) || !endsWith(name, webm) || !parseVideoName(name, key, streamName))
-                    return;
-                addFile(streams_[streamName], day, file, name, key);
+                if (isVideoFile(file, name, key))
+                    addFile(streams_[streamName], day, file, name, key);
             });
         });
     });
@@ -192,14 +206,18 @@ void VideoArchive::enforceQuota()
     });
     const std::vector<std::string> days = dayFolders(hooks_.now());
     for (auto& [streamName, stream] : streams_) {
+        // The full scan indexes any folder; a pass reads "stream*" only, and
+        // never through a link.
+        if (streamName.rfind("stream", 0) != 0 || !isFolder(root_ / streamName))
+            continue;
         for (const std::string& day : days) {
+            if (!isFolder(root_ / streamName / day))
+                continue;
             forEachEntry(root_ / streamName / day, [&](const fs::directory_entry& file) {
                 const std::string name = file.path().filename().string();
                 std::uint64_t key = 0;
-                std::string parsedStream;
-                if (isFolder(file) || !endsWith(name, webm) || !parseVideoName(name, key, parsedStream))
-                    return;
-                addFile(stream, day, file, name, key);
+                if (isVideoFile(file, name, key))
+                    addFile(stream, day, file, name, key);
             });
         }
     }
@@ -240,9 +258,11 @@ bool VideoArchive::deleteOldest()
         order.pop_back();
         const Candidate& c = candidates[number];
         const VideoFileRecord& file = c.day->files[c.index];
-        // A file the stream still writes may refuse; it stays counted and
-        // comes round again on a later pass.
-        if (!hooks_.deleteFile(file.path))
+        // A file the stream still writes refuses; it stays counted and
+        // comes round again on a later pass. One removed by hand is missing:
+        // it leaves the index and the totals as if deleted here, or it would
+        // stay counted for ever and newer files would go in its place.
+        if (hooks_.deleteFile(file.path) == platform::FileDeleteResult::refused)
             continue;
         totalBytes_ -= file.size;
         c.stream->bytes -= file.size;
@@ -277,7 +297,7 @@ bool VideoArchive::deleteOldest()
 void VideoArchive::sweepEmptyDays(const std::set<const std::string*>& streams)
 {
     for (auto& [streamName, stream] : streams_) {
-        if (!streams.contains(&streamName))
+        if (!streams.contains(&streamName) || !isFolder(root_ / streamName))
             continue;
         std::vector<fs::path> empty;
         forEachEntry(root_ / streamName, [&](const fs::directory_entry& dayFolder) {

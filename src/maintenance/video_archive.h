@@ -6,6 +6,10 @@
 // a running index that each quota pass brings up to date from three day
 // folders per stream only (yesterday, today, tomorrow).
 //
+// One key per stream folder: the folder's own name, in the full scan and in
+// the pass alike. Symbolic links are never followed, neither to folders nor
+// to files: what lies outside the tree is neither counted nor deleted.
+//
 // One thread at a time: the owner holds the archive mutex around every pass
 // and around replacing the object.
 #include <cstdint>
@@ -17,6 +21,8 @@
 #include <string>
 #include <unordered_set>
 #include <vector>
+
+#include "platform/file_delete.h"
 
 namespace vx::maintenance {
 
@@ -45,7 +51,9 @@ bool parseVideoName(const std::string& name, std::uint64_t& timeKeyOut, std::str
 // What the archive asks of the system, replaceable in tests.
 struct VideoArchiveHooks {
     std::function<std::time_t()> now;                             // calendar time
-    std::function<bool(const std::filesystem::path&)> deleteFile;  // false: the file stays
+    // refused: the file stays counted (the stream still writes it); missing:
+    // it went by other hands and leaves the index as a deleted one does.
+    std::function<platform::FileDeleteResult(const std::filesystem::path&)> deleteFile;
     std::function<bool(const std::filesystem::path&)> removeFolder;
 };
 
@@ -81,7 +89,7 @@ private:
     std::filesystem::path root_;
     std::uint64_t limitBytes_ = 0;
     std::uint64_t totalBytes_ = 0;
-    std::map<std::string, VideoStreamRecord> streams_;
+    std::map<std::string, VideoStreamRecord> streams_;   // by stream folder name
     VideoArchiveHooks hooks_;
 };
 

@@ -33,9 +33,18 @@ bool VideoRecorder::openChunk(const cv::Size& size, double fps)
     std::error_code ec;
     std::filesystem::create_directories(path.parent_path(), ec);
     writer_.release();
+    inUse_.reset();   // the finished chunk may go now
+    // Marked before the writer opens it (and truncates the same file), so no
+    // quota pass finds the new chunk unmarked.
+    inUse_ = platform::markFileInUse(path);
+    if (!inUse_)
+        log_("Video chunk can't be marked in use: " + path.string());
     writer_.open(path.string(), cv::CAP_FFMPEG, cv::VideoWriter::fourcc('V', 'P', '8', '0'), fps, size);
     if (!writer_.isOpened()) {
         log_("Video chunk can't be written: " + path.string());
+        inUse_.reset();
+        if (std::filesystem::file_size(path, ec) == 0 && !ec)
+            std::filesystem::remove(path, ec);   // the empty file the mark made
         return false;
     }
     chunkStart_ = std::chrono::steady_clock::now();

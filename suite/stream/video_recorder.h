@@ -1,15 +1,19 @@
 #pragma once
 // The stream's recording: chunks of `chunkSeconds` seconds at the given size
 // into <videoRoot>/stream<ID>/YYYY_MM_DD/video_stream_<ID>_YYYY_MM_DD_hh_mm_ss.webm
-// (VP8), the tree the manager's video quota walks.
+// (VP8), the tree the manager's video quota walks. The chunk being written
+// carries the in-use mark, so the quota leaves it alone until it is closed.
 #include <chrono>
 #include <cstdint>
 #include <filesystem>
 #include <functional>
+#include <memory>
 #include <string>
 
 #include <opencv2/core/mat.hpp>
 #include <opencv2/videoio.hpp>
+
+#include "platform/file_delete.h"
 
 namespace vx::stream {
 
@@ -35,6 +39,8 @@ private:
 
     RecorderSettings settings_;
     std::function<void(const std::string&)> log_;
+    // Declared first so it goes last: the writer finishes its chunk first.
+    std::unique_ptr<platform::FileInUseMark> inUse_;   // on the chunk writer_ writes
     cv::VideoWriter writer_;
     std::chrono::steady_clock::time_point chunkStart_;
     bool failed_ = false;

@@ -1,5 +1,7 @@
 #include "maintenance/log_archive.h"
 
+#include <chrono>
+#include <cstdio>
 #include <set>
 
 #include <gtest/gtest.h>
@@ -67,24 +69,80 @@ TEST_F(LogArchive, AFileWithoutAStampIsNamedByItsLastWrite)
     EXPECT_EQ(readFileBytes(kept), "no stamp here\n");
 }
 
-TEST_F(LogArchive, TheNewestThirtyStay)
+// Sets a file's last write to `secondsAgo` before now.
+void writtenAgo(const fs::path& file, std::int64_t secondsAgo)
+{
+    fs::last_write_time(file, std::chrono::file_clock::from_sys(std::chrono::system_clock::now() -
+                                                       std::chrono::seconds(secondsAgo)));
+}
+
+const std::int64_t day = 86400;
+
+std::string archiveName(const char* format, int a, int b = 0)
+{
+    char name[64];
+    std::snprintf(name, sizeof name, format, a, b);
+    return name;
+}
+
+TEST_F(LogArchive, RankedByLastWriteAndTheNewArchiveAlwaysStays)
 {
     fs::create_directories(archive());
-    for (int day = 1; day <= 31; ++day) {
-        char name[64];
-        std::snprintf(name, sizeof name, "VexlaneLog_2024-03-%02d_10-00-00_arj.txt", day);
-        writeFileBytes(archive() / name, "old");
+    for (int d = 1; d <= 31; ++d) {
+        const fs::path old = archive() / archiveName("VexlaneLog_2024-03-%02d_10-00-00_arj.txt", d);
+        writeFileBytes(old, "old");
+        writtenAgo(old, (40 - d) * day);
     }
     writeFileBytes(archive() / "other.txt", "not ours");
-    writeFileBytes(log(), "[2024-04-01 09:00:00]Start\r\n");
-    archiveLogFile(log());
-    const auto names = namesIn(archive());
+    // The run before had a wrong clock: its name sorts before all others, yet
+    // it is the newest.
+    writeFileBytes(log(), "[2019-01-01 00:00:00]Start\r\n");
+    EXPECT_EQ(archiveLogFile(log()).filename(), "VexlaneLog_2019-01-01_00-00-00_arj.txt");
+    auto names = namesIn(archive());
     EXPECT_EQ(names.size(), 31u);   // 30 archives and the stranger
     EXPECT_TRUE(names.count("other.txt"));
-    EXPECT_TRUE(names.count("VexlaneLog_2024-04-01_09-00-00_arj.txt"));
+    EXPECT_TRUE(names.count("VexlaneLog_2019-01-01_00-00-00_arj.txt"));
     EXPECT_FALSE(names.count("VexlaneLog_2024-03-01_10-00-00_arj.txt"));
     EXPECT_FALSE(names.count("VexlaneLog_2024-03-02_10-00-00_arj.txt"));
     EXPECT_TRUE(names.count("VexlaneLog_2024-03-03_10-00-00_arj.txt"));
+
+    // A file whose last write is older than all 30: this start's archive
+    // stays all the same, beside the newest 30, and pushes none of them out.
+    writeFileBytes(log(), "[2018-01-01 00:00:00]Start\r\n");
+    writtenAgo(log(), 3650 * day);
+    archiveLogFile(log());
+    names = namesIn(archive());
+    EXPECT_EQ(names.size(), 32u);
+    EXPECT_TRUE(names.count("VexlaneLog_2018-01-01_00-00-00_arj.txt"));
+    EXPECT_TRUE(names.count("VexlaneLog_2024-03-03_10-00-00_arj.txt"));
+}
+
+TEST_F(LogArchive, ACrashLoopKeepsItsFirstFailure)
+{
+    fs::create_directories(archive());
+    for (int d = 1; d <= 20; ++d) {
+        const fs::path old = archive() / archiveName("VexlaneLog_2024-04-%02d_09-00-00_arj.txt", d);
+        writeFileBytes(old, "a quiet day");
+        writtenAgo(old, (31 - d) * day);
+    }
+    // The first failure an hour ago, then 30 quick restarts that failed as
+    // well, five seconds apart; the last of them is the log now archived.
+    const fs::path first = archive() / "VexlaneLog_2024-05-01_10-00-00_arj.txt";
+    writeFileBytes(first, "the first failure");
+    writtenAgo(first, 3600);
+    for (int k = 1; k < 30; ++k) {
+        const fs::path again = archive() / archiveName("VexlaneLog_2024-05-01_10-%02d-%02d_arj.txt", k * 5 / 60, k * 5 % 60);
+        writeFileBytes(again, "again");
+        writtenAgo(again, 3600 - 5 * k);
+    }
+    writeFileBytes(log(), "[2024-05-01 10:02:30]Start\r\n");
+    writtenAgo(log(), 3600 - 150);
+    archiveLogFile(log());
+    const auto names = namesIn(archive());
+    EXPECT_TRUE(names.count(first.filename().string()));
+    EXPECT_TRUE(names.count("VexlaneLog_2024-05-01_10-02-30_arj.txt"));
+    EXPECT_EQ(names.size(), 31u);   // the loop's 30 newest and its first failure
+    EXPECT_FALSE(names.count("VexlaneLog_2024-04-20_09-00-00_arj.txt"));
 }
 
 TEST_F(LogArchive, AFailureIsReportedAndLeavesTheConstructor)

@@ -39,9 +39,11 @@ struct Archive {
         hooks.now = [] { return fixedNow; };
         hooks.deleteFile = [this](const fs::path& path) {
             if (refuse(path))
-                return false;
-            deletedNames.push_back(path.filename().string());
-            return fs::remove(path);
+                return vx::platform::FileDeleteResult::refused;
+            const auto result = vx::platform::deleteFileUnlessInUse(path);
+            if (result == vx::platform::FileDeleteResult::deleted)
+                deletedNames.push_back(path.filename().string());
+            return result;
         };
         return VideoArchive(root(), limitMb, hooks);
     }
@@ -103,7 +105,7 @@ TEST(VideoArchive, FullScanIndexesOnlyValidWebmFiles)
     makeFile(a.root() / "stream1" / "2024_01_01", "video_stream_1_1999_01_01_00_00_00.webm", 40 * kb);
     makeFile(a.root() / "stream1" / "2024_01_01", "video_stream_1_2024_01_01_12_00_00.mp4", 80 * kb);
     makeFile(a.root() / "stream1", "video_stream_1_2024_01_01_13_00_00.webm", 160 * kb);   // not in a day folder
-    // Any folder of the root is read; the index key comes from the file name.
+    // Any folder of the root is read, keyed by its own name.
     makeFile(a.root() / "cam" / "2024_01_02", "video_stream_7_2024_01_02_10_00_00.webm", 1 * kb);
 
     VideoArchive archive = a.make(1);
@@ -113,7 +115,7 @@ TEST(VideoArchive, FullScanIndexesOnlyValidWebmFiles)
     const VideoStreamRecord& s1 = archive.streams().at("stream1");
     EXPECT_EQ(s1.bytes, 30 * kb);
     EXPECT_EQ(s1.days.at("2024_01_01").files.size(), 2u);
-    EXPECT_EQ(archive.streams().at("stream7").bytes, 1 * kb);
+    EXPECT_EQ(archive.streams().at("cam").bytes, 1 * kb);
 }
 
 TEST(VideoArchive, OldestGoFirstAcrossStreamsUntilUnderTheLimit)
@@ -195,4 +197,64 @@ TEST(VideoArchive, APassLooksAtThreeDayFoldersOfStreamFoldersOnly)
     archive.enforceQuota();
     EXPECT_EQ(archive.totalBytes(), 7 * kb);
     EXPECT_EQ(archive.streams().at("stream4").days.at(a.today()).files.size(), 1u);
+}
+
+TEST(VideoArchive, AFileRemovedByHandLeavesTheTotalsAndSparesNewerOnes)
+{
+    Archive a;
+    const std::uint64_t mb = 1024 * kb;
+    const fs::path day = a.root() / "stream1" / "2024_01_01";
+    const fs::path gone1 = makeFile(day, "video_stream_1_2024_01_01_08_00_00.webm", mb);
+    const fs::path gone2 = makeFile(day, "video_stream_1_2024_01_01_09_00_00.webm", mb);
+    makeFile(day, "video_stream_1_2024_01_01_10_00_00.webm", mb);
+    makeFile(day, "video_stream_1_2024_01_01_11_00_00.webm", mb);
+    VideoArchive archive = a.make(2);
+    EXPECT_EQ(archive.totalBytes(), 4 * mb);
+    fs::remove(gone1);
+    fs::remove(gone2);
+    archive.enforceQuota();
+    EXPECT_TRUE(a.deletedNames.empty());
+    EXPECT_EQ(archive.totalBytes(), 2 * mb);
+    EXPECT_EQ(archive.streams().at("stream1").days.at("2024_01_01").files.size(), 2u);
+    archive.enforceQuota();
+    EXPECT_TRUE(a.deletedNames.empty());
+}
+
+TEST(VideoArchive, LinksOutOfTheTreeAreNeverFollowed)
+{
+    Archive a;
+    TempDir outside;
+    const std::string today = a.today();
+    const fs::path far = makeFile(outside.path() / "stream5" / today, "video_stream_5_2024_05_15_10_00_00.webm", kb);
+    const fs::path farDay = outside.path() / "stream5" / today;
+    const fs::path own = makeFile(a.root() / "stream1" / "2024_01_01", "video_stream_1_2024_01_01_10_00_00.webm", kb);
+    // A linked stream folder, a linked day folder and a linked file.
+    fs::create_directory_symlink(outside.path() / "stream5", a.root() / "stream5");
+    fs::create_directory_symlink(farDay, a.root() / "stream1" / today);
+    fs::create_directories(a.root() / "stream2" / today);
+    fs::create_symlink(far, a.root() / "stream2" / today / "video_stream_2_2024_05_15_10_00_00.webm");
+
+    VideoArchive archive = a.make(0);
+    EXPECT_EQ(archive.totalBytes(), kb);
+    archive.enforceQuota();
+    EXPECT_EQ(a.deletedNames, (std::vector<std::string>{own.filename().string()}));
+    EXPECT_EQ(archive.totalBytes(), 0u);
+    EXPECT_TRUE(fs::exists(far));
+    EXPECT_TRUE(fs::is_symlink(a.root() / "stream1" / today));
+    EXPECT_TRUE(fs::is_symlink(a.root() / "stream5"));
+}
+
+TEST(VideoArchive, AStreamFolderNamedUnlikeItsFilesIsCountedOnce)
+{
+    Archive a;
+    const std::string today = a.today();
+    makeFile(a.root() / "stream_x" / today, "video_stream_1_2024_05_15_10_00_00.webm", 2 * kb);
+    makeFile(a.root() / "streamA" / today, "video_stream_1_2024_05_15_11_00_00.webm", 4 * kb);
+    VideoArchive archive = a.make(1);
+    EXPECT_EQ(archive.totalBytes(), 6 * kb);
+    archive.enforceQuota();
+    EXPECT_EQ(archive.totalBytes(), 6 * kb);
+    EXPECT_EQ(archive.streams().size(), 2u);
+    EXPECT_EQ(archive.streams().at("stream_x").bytes, 2 * kb);
+    EXPECT_EQ(archive.streams().at("streamA").bytes, 4 * kb);
 }
