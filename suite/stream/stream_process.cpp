@@ -148,6 +148,10 @@ int runStream(int argc, char* argv[])
     source.secondsToReconnect = common.secondsToReconnect;
     source.attempts = common.attempts;
     source.fps = common.fps;
+    // A read waits for two and a half frames of a slow camera, and at least
+    // a second: then the link counts as lost.
+    if (common.fps > 0.0f)
+        source.readTimeoutMs = std::clamp(static_cast<int>(2500.0f / common.fps), 1000, 10000);
     VideoSource video(
         source, [](const std::string& text) { VX_LOG(logInfo, text); },
         [recording](const cv::Mat& frame, double fps) {
