@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <chrono>
 #include <csignal>
 #include <cstdlib>
 #include <cstring>
@@ -123,8 +124,13 @@ int runStream(int argc, char* argv[])
         return true;
     };
 
-    std::unique_ptr<VideoRecorder> recorder;
-    std::mutex recorderMutex;
+    // The recorder is fed from the source's thread; the slot is shared with
+    // it because a thread stuck in a blocking read may outlive this function.
+    struct RecorderSlot {
+        std::mutex mutex;
+        std::unique_ptr<VideoRecorder> recorder;
+    };
+    auto recording = std::make_shared<RecorderSlot>();
     if (common.writeVideo) {
         RecorderSettings settings;
         settings.videoRoot = argv[2];
@@ -132,7 +138,8 @@ int runStream(int argc, char* argv[])
         settings.chunkSeconds = common.videoChunk;
         settings.width = common.widthWrite;
         settings.height = common.heightWrite;
-        recorder = std::make_unique<VideoRecorder>(settings, [](const std::string& text) { VX_LOG(logInfo, text); });
+        recording->recorder =
+            std::make_unique<VideoRecorder>(settings, [](const std::string& text) { VX_LOG(logInfo, text); });
     }
     SourceSettings source;
     source.path = config::cp1251ToUtf8(common.videoPath);
@@ -141,14 +148,19 @@ int runStream(int argc, char* argv[])
     source.secondsToReconnect = common.secondsToReconnect;
     source.attempts = common.attempts;
     source.fps = common.fps;
+    // A read waits for two and a half frames of a slow camera, and at least
+    // a second: then the link counts as lost.
+    if (common.fps > 0.0f)
+        source.readTimeoutMs = std::clamp(static_cast<int>(2500.0f / common.fps), 1000, 10000);
     VideoSource video(
         source, [](const std::string& text) { VX_LOG(logInfo, text); },
-        [&](const cv::Mat& frame, double fps) {
-            if (recorder)
-                recorder->write(frame, fps);
+        [recording](const cv::Mat& frame, double fps) {
+            std::lock_guard<std::mutex> lock(recording->mutex);
+            if (recording->recorder)
+                recording->recorder->write(frame, fps);
         });
 
-    while (!commands.quit && !terminateRequested) {
+    while (!commands.quit && !terminateRequested && !video.failed()) {
         window->dispatchOne(100);
         // The answers go out after the manager's send was acknowledged, so
         // the manager's sending task never waits on its own answer.
@@ -162,9 +174,21 @@ int runStream(int argc, char* argv[])
             platform::sendCopyData(request.target, notification, 1000);
         }
     }
-    VX_LOG(logInfo, "Stream ID=" + std::to_string(id) + " ends");
+    const int exitCode = video.failed() ? sourceLostExitCode : 0;
+    {
+        std::lock_guard<std::mutex> lock(recording->mutex);
+        recording->recorder.reset();   // the last chunk is closed
+    }
+    // A source stuck in opening or reading a dead link doesn't hold up "quit".
+    const bool sourceStopped = video.stop(std::chrono::milliseconds(500));
+    if (exitCode != 0)
+        VX_LOG(logError, "Stream ID=" + std::to_string(id) + " ends: its video source is lost");
+    else
+        VX_LOG(logInfo, "Stream ID=" + std::to_string(id) + " ends");
     maintenance::closeLogs();
-    return 0;
+    if (!sourceStopped)
+        std::_Exit(exitCode);
+    return exitCode;
 }
 
 } // namespace vx::stream

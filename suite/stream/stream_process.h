@@ -9,8 +9,14 @@
 //        has returned
 //   "hidevideo true|false", "hideconsole true|false"  remembered
 //   "quit"  ends the process, exit code 0
+// A picture request is answered only while the source has a frame: once a
+// link is lost, the requests go unanswered. A lost link that is not to be
+// reconnected (or has used up its attempts) ends the process with exit code
+// sourceLostExitCode, for the manager's watch to start it again.
 // Test switch: VX_STREAM_TEST_IGNORE_QUIT=1 makes it ignore "quit".
 namespace vx::stream {
+
+inline constexpr int sourceLostExitCode = 3;
 
 int runStream(int argc, char* argv[]);
 

@@ -1,12 +1,12 @@
 #include "video_source.h"
 
-#include <chrono>
+#include <algorithm>
 #include <cstdlib>
+#include <vector>
 
 #include <opencv2/videoio.hpp>
 
 namespace vx::stream {
-namespace {
 
 using Clock = std::chrono::steady_clock;
 
@@ -15,94 +15,171 @@ bool isLink(const std::string& path)
     return path.find("://") != std::string::npos;
 }
 
+struct VideoSource::State {
+    SourceSettings settings;
+    Log log;
+    FrameSink sink;
+    std::mutex mutex;
+    cv::Mat latest;
+    std::atomic<bool> stop{false};
+    std::atomic<bool> failed{false};
+    std::atomic<bool> finished{false};
+
+    // Once stopped, the owner may be gone: nothing is said or handed on.
+    void say(const std::string& text) const
+    {
+        if (!stop && log)
+            log(text);
+    }
+    void keep(const cv::Mat& frame)
+    {
+        std::lock_guard<std::mutex> lock(mutex);
+        frame.copyTo(latest);
+    }
+    void drop()
+    {
+        std::lock_guard<std::mutex> lock(mutex);
+        latest.release();
+    }
+    bool pauseFor(double seconds) const
+    {
+        const auto until = Clock::now() + std::chrono::duration<double>(seconds);
+        while (!stop && Clock::now() < until)
+            std::this_thread::sleep_for(std::chrono::milliseconds(10));
+        return !stop;
+    }
+};
+
+namespace {
+
+bool openCapture(cv::VideoCapture& capture, const SourceSettings& settings, bool link)
+{
+    if (!link)
+        return capture.open(settings.path, cv::CAP_FFMPEG);
+    const std::vector<int> timeouts{cv::CAP_PROP_OPEN_TIMEOUT_MSEC, settings.openTimeoutMs,
+                                    cv::CAP_PROP_READ_TIMEOUT_MSEC, settings.readTimeoutMs};
+    return capture.open(settings.path, cv::CAP_FFMPEG, timeouts);
+}
+
+void readSource(VideoSource::State& s);
+
 } // namespace
 
-VideoSource::VideoSource(SourceSettings settings, std::function<void(const std::string&)> log, FrameSink sink)
-    : settings_(std::move(settings)), log_(std::move(log)), sink_(std::move(sink))
+VideoSource::VideoSource(SourceSettings settings, Log log, FrameSink sink) : state_(std::make_shared<State>())
 {
-    if (settings_.tcp)
+    state_->settings = std::move(settings);
+    state_->log = std::move(log);
+    state_->sink = std::move(sink);
+    if (state_->settings.tcp)
         ::setenv("OPENCV_FFMPEG_CAPTURE_OPTIONS", "rtsp_transport;tcp", 1);
-    thread_ = std::thread([this] { run(); });
+    thread_ = std::thread([state = state_] { readSource(*state); });
 }
 
 VideoSource::~VideoSource()
 {
-    stop_ = true;
-    if (thread_.joinable())
-        thread_.join();
+    stop(std::chrono::milliseconds(300));
 }
 
 cv::Mat VideoSource::latest() const
 {
-    std::lock_guard<std::mutex> lock(mutex_);
-    return latest_.clone();
+    std::lock_guard<std::mutex> lock(state_->mutex);
+    return state_->latest.clone();
 }
 
-bool VideoSource::pauseFor(double seconds)
+bool VideoSource::failed() const
 {
-    const auto until = Clock::now() + std::chrono::duration<double>(seconds);
-    while (!stop_ && Clock::now() < until)
+    return state_->failed;
+}
+
+bool VideoSource::stop(std::chrono::milliseconds wait)
+{
+    state_->stop = true;
+    if (!thread_.joinable())
+        return state_->finished;
+    const auto until = Clock::now() + wait;
+    while (!state_->finished && Clock::now() < until)
         std::this_thread::sleep_for(std::chrono::milliseconds(10));
-    return !stop_;
+    if (state_->finished) {
+        thread_.join();
+        return true;
+    }
+    thread_.detach();   // it holds its own share of the state
+    return false;
 }
 
-void VideoSource::run()
+namespace {
+
+void readSource(VideoSource::State& s)
 {
-    int failures = 0;
-    auto idle = [this] {
-        while (!stop_)
+    const SourceSettings& settings = s.settings;
+    const bool link = isLink(settings.path);
+    int failures = 0;   // attempts since the last frame
+    // A file that can't be played keeps the stream waiting for "quit"; a
+    // link that is given up on ends the stream.
+    auto giveUp = [&s, link] {
+        if (link) {
+            s.failed = true;
+            return;
+        }
+        while (!s.stop)
             std::this_thread::sleep_for(std::chrono::milliseconds(50));
     };
-    while (!stop_) {
+    while (!s.stop) {
         cv::VideoCapture capture;
-        capture.open(settings_.path, cv::CAP_FFMPEG);
+        const bool opened = openCapture(capture, settings, link);
         bool gotFrames = false;
-        if (!capture.isOpened()) {
-            log_("Video source can't be opened: " + settings_.path);
+        if (s.stop)
+            break;
+        if (!opened) {
+            s.say("Video source can't be opened: " + settings.path);
         } else {
             double fps = capture.get(cv::CAP_PROP_FPS);
             if (!(fps > 0.5 && fps < 200))
-                fps = settings_.fps > 0 ? settings_.fps : 5.0;
-            log_("Video source opened: " + settings_.path);
+                fps = settings.fps > 0 ? settings.fps : 5.0;
+            s.say("Video source opened: " + settings.path);
             cv::Mat frame;
             auto next = Clock::now();
-            while (!stop_ && capture.read(frame) && !frame.empty()) {
+            while (!s.stop && capture.read(frame) && !frame.empty()) {
                 gotFrames = true;
-                {
-                    std::lock_guard<std::mutex> lock(mutex_);
-                    frame.copyTo(latest_);
-                }
-                if (sink_)
-                    sink_(frame, fps);
+                failures = 0;
+                s.keep(frame);
+                if (!s.stop && s.sink)
+                    s.sink(frame, fps);
+                // A link is read as its frames come: a camera that claims
+                // more frames than it sends must not fall behind.
+                if (link)
+                    continue;
                 next += std::chrono::microseconds(static_cast<long long>(1e6 / fps));
-                while (!stop_ && Clock::now() < next)
+                while (!s.stop && Clock::now() < next)
                     std::this_thread::sleep_for(std::chrono::milliseconds(5));
             }
-            if (stop_)
-                return;
-            if (gotFrames && !isLink(settings_.path)) {
-                failures = 0;
+            if (s.stop)
+                break;
+            if (gotFrames && !link)
                 continue;   // a file starts again at its end
-            }
-            log_("Video source lost: " + settings_.path);
+            s.drop();
+            s.say("Video source lost: " + settings.path);
         }
-        if (gotFrames)
-            failures = 0;
-        // Without reconnection, or with the attempts used up, the stream
-        // stays without frames until it is told to quit.
-        if (!settings_.reconnect) {
-            idle();
-            return;
+        if (!settings.reconnect) {
+            if (link)
+                s.say("Video source: reconnection is off, the stream ends");
+            giveUp();
+            break;
         }
         ++failures;
-        if (settings_.attempts > 0 && failures > settings_.attempts) {
-            log_("Video source: no attempts left");
-            idle();
-            return;
+        if (settings.attempts > 0 && failures > settings.attempts) {
+            s.say("Video source: no attempts left");
+            giveUp();
+            break;
         }
-        if (!pauseFor(std::max(1, settings_.secondsToReconnect)))
-            return;
+        if (!s.pauseFor(std::max(1, settings.secondsToReconnect)))
+            break;
+        s.say("Video source: reconnecting, attempt " + std::to_string(failures) +
+              (settings.attempts > 0 ? " of " + std::to_string(settings.attempts) : std::string()) + ": " +
+              settings.path);
     }
+    s.finished = true;
 }
 
+} // namespace
 } // namespace vx::stream

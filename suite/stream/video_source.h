@@ -1,12 +1,18 @@
 #pragma once
 // The stream's input: a file or a network link opened with OpenCV's video
-// capture on a thread of its own, which keeps the latest frame. A file plays
-// at its own rate and starts again at its end; a link that fails is opened
-// again as the camera's settings say (reconnect, secondsToReconnect,
-// attempts, 0 attempts being no limit), and a link that can't be had
-// leaves the stream running without frames.
+// capture on a thread of its own, which keeps the latest frame.
+// A file plays at its own rate and starts again at its end. A link is read
+// as fast as its frames come; opening and reading it are bounded by
+// timeouts, so a dead camera never blocks the thread for long. When a link
+// is lost its last frame is dropped at once: the stream has no picture to
+// hand out until frames come again. It is then opened again as the camera's
+// settings say (reconnect, secondsToReconnect, attempts, 0 attempts being
+// no limit); without reconnection, or with the attempts used up, the source
+// reports that it has failed for good.
 #include <atomic>
+#include <chrono>
 #include <functional>
+#include <memory>
 #include <mutex>
 #include <string>
 #include <thread>
@@ -22,29 +28,38 @@ struct SourceSettings {
     int secondsToReconnect = 1;
     int attempts = 0;
     double fps = 5.0;   // when the source doesn't tell its own
+    int openTimeoutMs = 5000;
+    int readTimeoutMs = 1000;
 };
+
+// A network link ("rtsp://...", "http://..."), as opposed to a file.
+bool isLink(const std::string& path);
 
 class VideoSource {
 public:
     using FrameSink = std::function<void(const cv::Mat& frame, double fps)>;
-    VideoSource(SourceSettings settings, std::function<void(const std::string&)> log, FrameSink sink);
+    using Log = std::function<void(const std::string&)>;
+    VideoSource(SourceSettings settings, Log log, FrameSink sink);
+    // Stops as stop() does, with a short wait.
     ~VideoSource();
     VideoSource(const VideoSource&) = delete;
     VideoSource& operator=(const VideoSource&) = delete;
 
-    // A copy of the latest frame; empty until one came.
+    // A copy of the latest frame; empty until one came and while a link is lost.
     cv::Mat latest() const;
+    // True once a link is lost (or can't be opened) and no further attempt
+    // is to be made.
+    bool failed() const;
+    // Asks the reading thread to end and waits up to `wait` for it. False
+    // when it is still inside a blocking open or read: it is then left to
+    // finish by itself and touches nothing of this object any more (no log,
+    // no sink).
+    bool stop(std::chrono::milliseconds wait);
+
+    struct State;   // shared with the reading thread
 
 private:
-    void run();
-    bool pauseFor(double seconds);
-
-    SourceSettings settings_;
-    std::function<void(const std::string&)> log_;
-    FrameSink sink_;
-    mutable std::mutex mutex_;
-    cv::Mat latest_;
-    std::atomic<bool> stop_{false};
+    std::shared_ptr<State> state_;
     std::thread thread_;
 };
 
