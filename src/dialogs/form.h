@@ -37,6 +37,13 @@ public:
     // every test passed.
     bool report(Messages& messages) const;
 
+    // Text that its file writes as it stands, with no escaping: a `"` or a
+    // `\` would break the file. `fieldName` is the field's name as the
+    // message gives it, in UTF-8 ("Название потока").
+    void plainText(const std::string& text, const char* fieldName);
+    // A path, written with its backslashes doubled: only `"` breaks it.
+    void pathText(const std::string& text, const char* fieldName);
+
 private:
     std::optional<std::string> failure_;
 };

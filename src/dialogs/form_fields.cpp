@@ -6,6 +6,67 @@
 
 namespace vx::dialogs {
 
+namespace {
+
+bool isDigit(char c)
+{
+    return c >= '0' && c <= '9';
+}
+
+bool isBlank(char c)
+{
+    return c == ' ' || c == '\t' || c == '\n' || c == '\r' || c == '\f' || c == '\v';
+}
+
+// Where the number starts: after leading blanks and one '+' (from_chars takes
+// a '-' but no '+').
+std::size_t numberStart(const std::string& text)
+{
+    std::size_t begin = 0;
+    while (begin < text.size() && isBlank(text[begin]))
+        ++begin;
+    if (begin < text.size() && text[begin] == '+' && begin + 1 < text.size() && text[begin + 1] != '-')
+        ++begin;
+    return begin;
+}
+
+} // namespace
+
+bool readLeadingInteger(const std::string& text, std::int64_t& value)
+{
+    const std::size_t begin = numberStart(text);
+    std::int64_t parsed = 0;
+    const auto result = std::from_chars(text.data() + begin, text.data() + text.size(), parsed);
+    if (result.ec != std::errc())
+        return false;
+    value = parsed;
+    return true;
+}
+
+bool readLeadingReal(const std::string& text, double& value)
+{
+    std::string normal = text.substr(numberStart(text));
+    // The decimal comma of the operator's locale counts as the point; only
+    // the first separator belongs to the number.
+    for (char& c : normal)
+        if (c == ',')
+            c = '.';
+    // Digits must come first (after a sign): from_chars would also take
+    // "inf" and "nan".
+    const std::size_t at = !normal.empty() && normal[0] == '-' ? 1 : 0;
+    const bool digitFirst = at < normal.size() && isDigit(normal[at]);
+    const bool pointFirst = at + 1 < normal.size() && normal[at] == '.' && isDigit(normal[at + 1]);
+    if (!digitFirst && !pointFirst)
+        return false;
+    double parsed = 0;
+    const auto result =
+        std::from_chars(normal.data(), normal.data() + normal.size(), parsed, std::chars_format::general);
+    if (result.ec != std::errc() || !std::isfinite(parsed))
+        return false;
+    value = parsed;
+    return true;
+}
+
 void TextField::set(const std::string& value)
 {
     text = value.substr(0, maxLength);
@@ -30,22 +91,7 @@ void IntegerField::type(const std::string& value)
 
 bool IntegerField::read(std::int64_t& value) const
 {
-    std::size_t begin = 0;
-    while (begin < text.size() && (text[begin] == ' ' || text[begin] == '\t'))
-        ++begin;
-    std::size_t end = text.size();
-    while (end > begin && (text[end - 1] == ' ' || text[end - 1] == '\t'))
-        --end;
-    if (begin == end)
-        return false;
-    std::int64_t parsed = 0;
-    const char* first = text.data() + begin;
-    const char* last = text.data() + end;
-    const auto result = std::from_chars(first, last, parsed);
-    if (result.ec != std::errc() || result.ptr != last)
-        return false;
-    value = parsed;
-    return true;
+    return readLeadingInteger(text, value);
 }
 
 bool IntegerField::inRange() const
@@ -76,22 +122,7 @@ void RealField::type(const std::string& value)
 
 bool RealField::read(double& value) const
 {
-    std::string normal = text;
-    for (char& c : normal)
-        if (c == ',')
-            c = '.';
-    std::size_t begin = normal.find_first_not_of(" \t");
-    if (begin == std::string::npos)
-        return false;
-    std::size_t end = normal.find_last_not_of(" \t") + 1;
-    double parsed = 0;
-    const char* first = normal.data() + begin;
-    const char* last = normal.data() + end;
-    const auto result = std::from_chars(first, last, parsed);
-    if (result.ec != std::errc() || result.ptr != last || !std::isfinite(parsed))
-        return false;
-    value = parsed;
-    return true;
+    return readLeadingReal(text, value);
 }
 
 void CheckField::click()

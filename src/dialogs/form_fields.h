@@ -35,8 +35,16 @@ struct LabelField {
     bool visible = true;
 };
 
+// The decimal conversion of every numeric field: leading blanks and a sign,
+// then the number, which stops at the first character that can't continue it
+// ("25 fps" is 25, "500 Mb" is 500). False when no number leads the text, or
+// when it is too large. A real number takes a decimal comma as the point
+// ("0,7" is 0.7) and an exponent.
+bool readLeadingInteger(const std::string& text, std::int64_t& value);
+bool readLeadingReal(const std::string& text, double& value);
+
 // An edit that takes digits; what was typed stays as text until the form
-// reads it. `read` gives false when the text holds no whole number.
+// reads it through `readLeadingInteger`.
 struct IntegerField {
     std::string text;
     std::int64_t minimum = 0;
@@ -50,7 +58,7 @@ struct IntegerField {
     bool inRange() const;   // read and within minimum..maximum
 };
 
-// An edit for a real number, read as typed (a comma counts as the point).
+// An edit for a real number, read through `readLeadingReal`.
 struct RealField {
     std::string text;
     bool enabled = true;

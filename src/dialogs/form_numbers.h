@@ -1,5 +1,5 @@
 #pragma once
-// Numbers read back from the fields of a form: a field that holds no whole
+// Numbers read back from the fields of a form: a field with no leading
 // number, or one too large for the record, takes the value the form gives
 // for a failed read.
 #include <cstdint>

@@ -97,10 +97,18 @@ bool MessengerChannelForm::accept()
     config::MessengerChannel r = readBack();
     // Tested as unsigned numbers, so a failed parse (-1) fails too, and
     // whether the check is set or not.
-    if (static_cast<std::uint32_t>(r.delaySameMS) > 100000u || static_cast<std::uint32_t>(r.delayAnyMS) > 100000u) {
-        showError(messages(), cp1251("Время пропуска должно быть в пределах от 0 до 100000 миллисекунд!"));
+    FormChecks checks;
+    checks.test(static_cast<std::uint32_t>(r.delaySameMS) <= 100000u && static_cast<std::uint32_t>(r.delayAnyMS) <= 100000u,
+                cp1251("Время пропуска должно быть в пределах от 0 до 100000 миллисекунд!"));
+    // The messenger file writes its texts as they stand; the token goes
+    // enciphered, as hexadecimal digits.
+    checks.plainText(r.name, "Имя канала");
+    checks.plainText(r.chatID, "ID канала");
+    checks.plainText(r.server, "Почтовый сервер");
+    checks.plainText(r.sender, "Отправитель");
+    checks.plainText(r.receiver, "Получатель");
+    if (!checks.report(messages()))
         return false;
-    }
     r.channelID = slot_ + 1;
     record_ = std::move(r);
     return true;

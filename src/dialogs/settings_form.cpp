@@ -86,6 +86,13 @@ bool SettingsForm::accept()
     FormChecks checks;
     checks.test(folderExists(r.systemLogPath), config::utf8ToCp1251("Несуществующая директория для системного журнала!"));
     checks.test(folderExists(r.recogLogPath), config::utf8ToCp1251("Несуществующая директория для журнала распознавания!"));
+    // The main config writes the folders with their backslashes doubled and
+    // the plate log's form as it stands.
+    checks.pathText(r.systemLogPath, "Папка системного журнала");
+    checks.pathText(r.recogLogPath, "Папка журнала распознавания");
+    checks.plainText(r.recogFormat, "Формат журнала номеров");
+    checks.pathText(r.reportsPath, "Папка для отчетов");
+    checks.pathText(r.videoPath, "Папка для видео-выхода");
     if (!checks.report(messages()))
         return false;
     // What the form doesn't hold returns to its default: the window's place,

@@ -148,6 +148,10 @@ bool SignalForm::accept()
                 utf8ToCp1251("Неправильно задано время ожидания соединения для сигнала [1 - 10000]!"));
     checks.test(closeDelay <= 100000,
                 utf8ToCp1251("Неправильно задано время таймаута для сигнала \"Закрытие\" [0 - 100000]!"));
+    // The stream's file writes the name and the URL as they stand; the body
+    // is escaped in full.
+    checks.plainText(s.name, "Имя сигнала");
+    checks.plainText(s.signal.URL, "URL запроса");
     if (!checks.report(messages()))
         return false;
     s.numSignal = working_.numSignal;

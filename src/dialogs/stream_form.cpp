@@ -150,6 +150,10 @@ bool StreamForm::accept()
                 utf8ToCp1251("Неправильно заданно значение ширины записи [0 - 20000]!"));
     checks.test(asUnsigned(c.heightWrite) <= 20000,
                 utf8ToCp1251("Неправильно заданно значение высоты записи [0 - 20000]!"));
+    // The stream's file writes the link with its backslashes doubled and the
+    // name as it stands.
+    checks.pathText(c.videoPath, "Ссылка на видеопоток");
+    checks.plainText(c.videoName, "Название потока");
     if (!checks.report(messages()))
         return false;
     c.xWindow = record_.xWindow;

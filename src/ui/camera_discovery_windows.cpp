@@ -17,6 +17,7 @@
 #include "supervision/tool_runner.h"
 #include "ui/message_boxes.h"
 #include "ui/qt_text.h"
+#include "ui/title_fit.h"
 
 namespace vx::ui {
 
@@ -75,6 +76,7 @@ void CameraScanWindow::start()
     onThread(
         this, [call = call_, flag = form_.cancelFlag()] { return dialogs::runScanCall(call, *flag); },
         [this](const dialogs::ScanOutcome& outcome) { finish(outcome); });
+    fitTitle(*this);
     show();
 }
 

@@ -1,5 +1,7 @@
 #include "ui/form_window.h"
 
+#include "ui/title_fit.h"
+
 namespace vx::ui {
 
 FormWindow::FormWindow(dialogs::Form& form, QWidget* parent) : QDialog(parent), form_(form)
@@ -11,6 +13,7 @@ void FormWindow::start()
 {
     form_.fill();
     binding_.pull();
+    fitTitle(*this);
     show();
 }
 
@@ -18,6 +21,7 @@ int FormWindow::run()
 {
     form_.fill();
     binding_.pull();
+    fitTitle(*this);
     return exec();
 }
 

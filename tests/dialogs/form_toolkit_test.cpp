@@ -48,29 +48,46 @@ TEST(FormFields, TextIsCutAtItsLimitAndADisabledFieldTakesNoInput)
     EXPECT_EQ(list.selected, 1);
 }
 
-TEST(FormFields, NumbersAreReadAsTyped)
+TEST(FormFields, NumbersAreTheirTextsLeadingNumber)
 {
     IntegerField integer;
     integer.minimum = 1;
     integer.maximum = 65535;
-    std::int64_t value = 0;
-    integer.type(" 8080 ");
-    EXPECT_TRUE(integer.read(value));
-    EXPECT_EQ(value, 8080);
-    EXPECT_TRUE(integer.inRange());
-    integer.type("70000");
-    EXPECT_FALSE(integer.inRange());
-    for (const char* bad : {"", "12a", "a12", " "}) {
+    const std::pair<const char*, std::int64_t> integers[] = {
+        {" 8080 ", 8080}, {"25 fps", 25}, {"500 Mb", 500}, {"12a", 12}, {"+7", 7}, {"-3", -3}, {"1.9", 1},
+    };
+    for (const auto& [text, expected] : integers) {
+        std::int64_t value = 0;
+        integer.type(text);
+        EXPECT_TRUE(integer.read(value)) << text;
+        EXPECT_EQ(value, expected) << text;
+    }
+    for (const char* bad : {"", " ", "a12", "Mb", "-", "+", "99999999999999999999"}) {
+        std::int64_t value = 42;
         integer.type(bad);
         EXPECT_FALSE(integer.read(value)) << bad;
+        EXPECT_EQ(value, 42) << bad;
     }
+    integer.type("70000");
+    EXPECT_FALSE(integer.inRange());
+    integer.type("8080 port");
+    EXPECT_TRUE(integer.inRange());
+
     RealField real;
-    double number = 0;
-    real.type("0,75");
-    EXPECT_TRUE(real.read(number));
-    EXPECT_DOUBLE_EQ(number, 0.75);
-    real.type("0.5x");
-    EXPECT_FALSE(real.read(number));
+    const std::pair<const char*, double> reals[] = {
+        {"0,75", 0.75}, {"0.5x", 0.5}, {" 25 fps", 25}, {",5", 0.5}, {"-0,25", -0.25}, {"1e2", 100}, {"3,5,1", 3.5},
+    };
+    for (const auto& [text, expected] : reals) {
+        double value = 0;
+        real.type(text);
+        EXPECT_TRUE(real.read(value)) << text;
+        EXPECT_DOUBLE_EQ(value, expected) << text;
+    }
+    for (const char* bad : {"", "fps", ".", "-", "inf", "nan", "1e999"}) {
+        double value = 42;
+        real.type(bad);
+        EXPECT_FALSE(real.read(value)) << bad;
+    }
     real.set(0.333, 2);
     EXPECT_EQ(real.text, "0.33");
 }
@@ -108,6 +125,38 @@ TEST(FormChecks, TheLastFailingTestGivesTheOneMessage)
     FormChecks clean;
     clean.test(true, "x");
     EXPECT_TRUE(clean.report(messages));
+
+    // Texts written as they stand refuse both characters; paths only the
+    // quotation mark.
+    const std::string plainMessage = cp("Название потока не может содержать символы \" и \\!");
+    const std::string pathMessage = cp("Папка для отчетов не может содержать символ \"!");
+    struct Case {
+        std::string text;
+        bool plainPasses;
+        bool pathPasses;
+    };
+    const Case cases[] = {
+        {cp("Камера на входе"), true, true},
+        {"C:\\videos", false, true},
+        {"say \"hi\"", false, false},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.text);
+        FormChecks plain;
+        plain.plainText(c.text, "Название потока");
+        ScriptedMessages shown;
+        EXPECT_EQ(plain.report(shown), c.plainPasses);
+        if (!c.plainPasses) {
+            EXPECT_EQ(shown.shown.at(0).text, plainMessage);
+        }
+        FormChecks path;
+        path.pathText(c.text, "Папка для отчетов");
+        shown.shown.clear();
+        EXPECT_EQ(path.report(shown), c.pathPasses);
+        if (!c.pathPasses) {
+            EXPECT_EQ(shown.shown.at(0).text, pathMessage);
+        }
+    }
     EXPECT_EQ(messages.shown.size(), 1u);
 }
 

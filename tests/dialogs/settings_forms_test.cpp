@@ -2,6 +2,7 @@
 // without a window.
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <fstream>
 
 #include "config/text_codec.h"
@@ -65,6 +66,52 @@ TEST_F(SettingsTest, AcceptReplacesTheRecordWithDefaultsForWhatTheFormDoesNotHol
     EXPECT_EQ(record.dataTimeFormat, "Y-m-d H:M:S");
     EXPECT_EQ(record.perfLog, 0);
     EXPECT_TRUE(record.videoStreams.empty());
+}
+
+TEST_F(SettingsTest, NumbersTakeTheirLeadingDigits)
+{
+    form.videoChunk.type("60 s");
+    form.maxSizeVideo.type("500 Mb");
+    form.timeLife.type(" 7 days");
+    EXPECT_TRUE(form.accept());
+    EXPECT_EQ(record.videoChunk, 60);
+    EXPECT_EQ(record.maxSizeVideoDirectoryMb, 500u);
+    EXPECT_EQ(record.timeLife, 7);
+}
+
+TEST_F(SettingsTest, TheLogFormRefusesQuoteAndBackslashAndFoldersTheQuote)
+{
+    const std::string formatText = cp("Формат журнала номеров не может содержать символы \" и \\!");
+    struct Case {
+        TextField SettingsForm::*field;
+        const char* text;
+        std::string message;
+    };
+    const Case cases[] = {
+        {&SettingsForm::recogFormat, "{plate} \"{direction}\"", formatText},
+        {&SettingsForm::recogFormat, "{plate}\\t", formatText},
+        {&SettingsForm::reportsPath, "C:\\reports", ""},
+        {&SettingsForm::reportsPath, "C:\\\"reports\"", cp("Папка для отчетов не может содержать символ \"!")},
+        {&SettingsForm::videoPath, "\"", cp("Папка для видео-выхода не может содержать символ \"!")},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.text);
+        messages.shown.clear();
+        form.fill();
+        (form.*c.field).type(c.text);
+        EXPECT_EQ(form.accept(), c.message.empty());
+        EXPECT_EQ(messages.shown.empty() ? std::string() : messages.shown.back().text, c.message);
+    }
+    // A folder that exists still can't be named with a quotation mark.
+    const std::string quoted = (dir.path() / "a\"b").string();
+    std::filesystem::create_directory(quoted);
+    messages.shown.clear();
+    form.fill();
+    form.recogFormat.type("{plate}");
+    form.systemLogPath.type(quoted);
+    EXPECT_FALSE(form.accept());
+    ASSERT_EQ(messages.shown.size(), 1u);
+    EXPECT_EQ(messages.shown[0].text, cp("Папка системного журнала не может содержать символ \"!"));
 }
 
 TEST_F(SettingsTest, ListsAreClampedAtFill)
@@ -183,6 +230,35 @@ TEST(MessengerChannel, DelaysAreTestedWithTheirChecksClearOrSet)
     EXPECT_TRUE(form.accept());
     EXPECT_EQ(record.delayAnyMS, 100000);
     EXPECT_EQ(record.channelID, 1);
+}
+
+TEST(MessengerChannel, TextsRefuseQuoteAndBackslashButTheTokenIsFree)
+{
+    const std::pair<TextField MessengerChannelForm::*, const char*> fields[] = {
+        {&MessengerChannelForm::name, "Имя канала"},
+        {&MessengerChannelForm::chatID, "ID канала"},
+        {&MessengerChannelForm::server, "Почтовый сервер"},
+        {&MessengerChannelForm::sender, "Отправитель"},
+        {&MessengerChannelForm::receiver, "Получатель"},
+    };
+    for (const auto& [field, label] : fields) {
+        for (const char* bad : {"a\"b", "a\\b"}) {
+            SCOPED_TRACE(std::string(label) + " " + bad);
+            config::MessengerChannel record;
+            ScriptedMessages messages;
+            MessengerChannelForm form(record, 0, messages);
+            form.fill();
+            form.token.type("se\"cr\\et");   // stored enciphered
+            (form.*field).type(bad);
+            EXPECT_FALSE(form.accept());
+            ASSERT_EQ(messages.shown.size(), 1u);
+            EXPECT_EQ(messages.shown[0].text, cp((std::string(label) + " не может содержать символы \" и \\!").c_str()));
+            EXPECT_EQ(record.channelID, 0);
+            (form.*field).type("ok");
+            EXPECT_TRUE(form.accept());
+            EXPECT_EQ(record.token, "se\"cr\\et");
+        }
+    }
 }
 
 TEST(MessengerService, SlotsMarkTheirChannelsAndAcceptStoresPortAndOn)

@@ -246,6 +246,37 @@ TEST_F(SignalFormTest, ChecksUseTheirOwnLimitsAndTheLastFailureSpeaks)
     }
 }
 
+TEST_F(SignalFormTest, NameAndUrlRefuseQuoteAndBackslashTheBodyTakesBoth)
+{
+    const std::string nameText = cp("Имя сигнала не может содержать символы \" и \\!");
+    const std::string urlText = cp("URL запроса не может содержать символы \" и \\!");
+    struct Case {
+        const char* name;
+        const char* url;
+        std::string message;
+    };
+    const Case cases[] = {
+        {"Gate \"1\"", "http://127.0.0.1/open", nameText},
+        {"Gate\\1", "http://127.0.0.1/open", nameText},
+        {"Gate", "http://127.0.0.1/open?p=\"{plate}\"", urlText},
+        {"Gate\"", "http://127.0.0.1\\open", urlText},   // the URL's test comes last
+        {"Gate", "http://127.0.0.1/open", ""},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(std::string(c.name) + " / " + c.url);
+        messages.shown.clear();
+        SignalForm& f = form();
+        f.name.type(c.name);
+        f.url.type(c.url);
+        f.body.text = "{\"plate\":\"\\{plate}\"}";   // escaped in full by its writer
+        f.timeOutSend.type("25 ms");                  // the leading number
+        EXPECT_EQ(f.accept(), c.message.empty());
+        EXPECT_EQ(messages.shown.empty() ? std::string() : messages.shown.back().text, c.message);
+    }
+    EXPECT_EQ(working.timeOutSend, 25);
+    EXPECT_EQ(working.signal.body, "{\"plate\":\"\\{plate}\"}");
+}
+
 TEST_F(SignalFormTest, AcceptKeepsTheNumberAndOnFlagAndReplacesTheRest)
 {
     working.numSignal = 2;

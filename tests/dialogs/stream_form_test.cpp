@@ -93,6 +93,47 @@ TEST_F(StreamFormTest, FrameRate)
     f.fps.type("0.5");
     EXPECT_EQ(acceptMessage(), "");
     EXPECT_FLOAT_EQ(record.fps, 0.5f);
+    // The leading number is taken, with the operator's decimal comma.
+    f.fps.type("25 fps");
+    f.width.type("640 px");
+    EXPECT_EQ(acceptMessage(), "");
+    EXPECT_FLOAT_EQ(record.fps, 25.0f);
+    EXPECT_EQ(record.width, 640);
+    f.fps.type("12,5");
+    EXPECT_EQ(acceptMessage(), "");
+    EXPECT_FLOAT_EQ(record.fps, 12.5f);
+    f.fps.type("fps");
+    EXPECT_EQ(acceptMessage(), cp(fpsText));
+}
+
+TEST_F(StreamFormTest, TheNameRefusesQuoteAndBackslashAndTheLinkTheQuote)
+{
+    const std::string nameText = cp("Название потока не может содержать символы \" и \\!");
+    const std::string linkQuoteText = cp("Ссылка на видеопоток не может содержать символ \"!");
+    struct Case {
+        const char* link;
+        const char* name;
+        std::string message;
+    };
+    const Case cases[] = {
+        {"rtsp://cam", "Gate \"A\"", nameText},
+        {"rtsp://cam", "Gate\\A", nameText},
+        {"C:\\videos\\gate.mp4", "Gate", ""},   // written with its backslashes doubled
+        {"rtsp://cam/\"a\"", "Gate", linkQuoteText},
+        {"rtsp://cam/\"a\"", "Gate\\", nameText},   // the name's test comes last
+        {"ab", "Gate\"", nameText},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(std::string(c.link) + " / " + c.name);
+        record.videoName = cp("Въезд");
+        StreamForm& f = form();
+        f.videoPath.type(c.link);
+        f.videoName.type(c.name);
+        EXPECT_EQ(acceptMessage(), c.message);
+        if (!c.message.empty()) {
+            EXPECT_EQ(record.videoName, cp("Въезд"));   // the dialog stays open, nothing stored
+        }
+    }
 }
 
 TEST_F(StreamFormTest, EveryTestRunsAndTheLastFailingOneSpeaks)

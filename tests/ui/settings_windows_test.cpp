@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <QCheckBox>
+#include <QFontMetrics>
 #include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
@@ -32,6 +33,16 @@ void shoot(QWidget& window, const char* name)
     window.adjustSize();
     QApplication::processEvents();
     window.grab().save(QString::fromUtf8(folder) + "/" + name + ".png");
+}
+
+// The title's text in the title bar's bold font fits in the window.
+void expectTitleFits(QWidget& window)
+{
+    QFont font = window.font();
+    font.setBold(true);
+    const int text = QFontMetrics(font).horizontalAdvance(window.windowTitle());
+    EXPECT_GE(window.width(), text) << window.windowTitle().toStdString();
+    EXPECT_GE(window.minimumWidth(), text) << window.windowTitle().toStdString();
 }
 
 class SettingsWindows : public ::testing::Test {
@@ -124,6 +135,7 @@ TEST_F(SettingsWindows, TheBlockButtonUnlocksTheCountAfterYes)
     window.start();
     EXPECT_FALSE(window.gpuObjects->isEnabled());
     EXPECT_EQ(window.ok->text(), ui::literal("Перезапуск сервиса"));
+    expectTitleFits(window);   // "Глобальные настройки распознавания автомобильных номеров"
     messages.answer(true);
     window.unlock->click();
     EXPECT_TRUE(window.gpuObjects->isEnabled());
@@ -141,6 +153,7 @@ TEST_F(SettingsWindows, ControlAndWatchWindowsBindTheirChoices)
     EXPECT_TRUE(controlWindow.modeDB[0]->isChecked());
     controlWindow.modeDB[1]->click();
     EXPECT_EQ(controlForm.modeDB.chosen, 1);
+    expectTitleFits(controlWindow);
     shoot(controlWindow, "control_service");
     controlWindow.reject();
 
@@ -148,6 +161,7 @@ TEST_F(SettingsWindows, ControlAndWatchWindowsBindTheirChoices)
     ProcessControlForm watchForm(main, messages);
     ui::ProcessControlWindow watchWindow(watchForm, nullptr);
     watchWindow.start();
+    expectTitleFits(watchWindow);
     watchWindow.globalRestart->click();
     watchWindow.ok->click();
     EXPECT_TRUE(main.globalRestart);
