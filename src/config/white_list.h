@@ -3,11 +3,12 @@
 // list, and the process-wide table that holds them all in registry order.
 //
 // Text fields are Windows-1251, as everywhere in memory. A list's `name` is
-// kept escaped for JSON (the add escapes it, the registry writer emits it as
-// it stands).
+// kept escaped for JSON (the add escapes it, the registry reader escapes it
+// again after the parser, the registry writer emits it as it stands).
 #include <array>
 #include <cstdint>
 #include <mutex>
+#include <optional>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -56,6 +57,12 @@ struct WhiteList {
     bool oneTime = false;                 // rows carry time1 and time2
     std::vector<NestedList> lists;
     std::vector<std::int32_t> listIndexes;   // per nested list: index of its plain list, or -1
+    // Lines of the CSV file that couldn't be read as rows, as the file held
+    // them (UTF-8); the next save writes them back after the rows.
+    std::vector<std::string> unreadRows;
+    // Modification time of the file when the program last read or wrote it;
+    // nothing while it hasn't. A save finding another time keeps a copy.
+    std::optional<std::int64_t> fileTime;
 };
 
 // Kinds as the manager shows them: extended wins over one-time.

@@ -28,11 +28,12 @@ std::int32_t addListRow(WhiteListTable& table, std::int32_t listIndex, WhiteList
     if (!list || list->extended) return listRowNoList;
     for (const WhiteListEntry& existing : list->entries)
         if (existing.num == row.num) return listRowNumberExists;
-    // An ID of 2147483647 read from a file wraps to the lowest one rather
-    // than overflow.
-    row.ID = list->entries.empty()
-                 ? 0
-                 : static_cast<std::int32_t>(static_cast<std::uint32_t>(list->entries.back().ID) + 1u);
+    // The largest ID plus one, so a list reordered by hand gets no second
+    // row with an ID it holds. An ID of 2147483647 read from a file wraps to
+    // the lowest one rather than overflow.
+    std::int32_t largest = -1;
+    for (const WhiteListEntry& existing : list->entries) largest = std::max(largest, existing.ID);
+    row.ID = static_cast<std::int32_t>(static_cast<std::uint32_t>(largest) + 1u);
     list->entries.push_back(std::move(row));
     list->dirty = true;
     return listRowAdded;
@@ -46,6 +47,7 @@ bool replaceListRow(WhiteListTable& table, std::int32_t listIndex, std::int32_t 
         if (existing.ID != id) continue;
         existing = row;
         existing.ID = id;
+        list->dirty = true;
         return true;
     }
     return false;
@@ -83,6 +85,7 @@ bool replaceNestedList(WhiteListTable& table, std::int32_t listIndex, std::int32
     WhiteList* list = extendedListAt(table, listIndex);
     if (!list || position < 0 || static_cast<std::size_t>(position) >= list->lists.size()) return false;
     list->lists[position] = nested;
+    list->dirty = true;
     resolveExtendedWhiteLists(table);
     return true;
 }

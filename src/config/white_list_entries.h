@@ -17,14 +17,14 @@ inline constexpr std::int32_t listRowNumberExists = 1;
 inline constexpr std::int32_t listRowNoList = 2;
 
 // Appends `row` to a plain or one-time list unless a row has the same `num`
-// (exact comparison). The ID is the last row's ID plus one, or 0 in an empty
+// (exact comparison). The ID is the largest ID plus one, or 0 in an empty
 // list, so an ID can come back after the last row was deleted. Makes the
 // list dirty. listRowNoList for an index outside the table or an extended
 // list.
 std::int32_t addListRow(WhiteListTable& table, std::int32_t listIndex, WhiteListEntry row);
 
 // Puts the texts and times of `row` into the row with this ID, which keeps
-// its ID. No test for a repeated plate, and the list doesn't become dirty.
+// its ID. No test for a repeated plate. Makes the list dirty.
 // False when there is no such row.
 bool replaceListRow(WhiteListTable& table, std::int32_t listIndex, std::int32_t id,
                     const WhiteListEntry& row);
@@ -38,7 +38,7 @@ bool deleteListRow(WhiteListTable& table, std::int32_t listIndex, std::int32_t i
 // names again. False when the list isn't an extended one.
 bool addNestedList(WhiteListTable& table, std::int32_t listIndex, const NestedList& nested);
 
-// Replaces the nested list at `position` without making the list dirty and
+// Replaces the nested list at `position`, makes the list dirty and
 // resolves the names again. False when there is no such nested list.
 bool replaceNestedList(WhiteListTable& table, std::int32_t listIndex, std::int32_t position,
                        const NestedList& nested);

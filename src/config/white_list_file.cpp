@@ -1,5 +1,6 @@
 #include "config/white_list_file.h"
 
+#include <ctime>
 #include <fstream>
 #include <iostream>
 #include <stdexcept>
@@ -11,9 +12,17 @@
 #include "config/plate_normalise.h"
 #include "config/text_codec.h"
 #include "config/white_list_day_rule.h"
+#include "config/white_list_kept_copy.h"
+#include "platform/file_time.h"
 
 namespace vx::config {
 namespace {
+
+const char* const utf8ByteOrderMark = "\xEF\xBB\xBF";
+
+std::optional<std::int64_t> modificationTime(const std::string& configDirectory, const std::string& file) {
+    return platform::fileModificationTime(toNativePath(configFilePath(configDirectory, file)));
+}
 
 bool validIndex(const WhiteListTable& table, std::int32_t index) {
     return index >= 0 && static_cast<std::size_t>(index) < table.lists.size();
@@ -65,6 +74,13 @@ void appendRow(std::string& text, const WhiteListEntry& row, bool withTimes) {
     text += '\n';
 }
 
+std::string csvText(const WhiteList& list, const char* header, bool withTimes) {
+    std::string text = header;
+    for (const WhiteListEntry& row : list.entries) appendRow(text, row, withTimes);
+    for (const std::string& line : list.unreadRows) text += line + '\n';
+    return text;
+}
+
 } // namespace
 
 std::int32_t whiteListColumn(const std::string& word) {
@@ -81,8 +97,12 @@ std::int32_t loadWhiteList(WhiteListTable& table, const std::string& configDirec
     std::ifstream file(toNativePath(configFilePath(configDirectory, list.file)), std::ios::binary);
     if (!file.is_open()) return whiteListNotOpened;
 
+    const std::optional<std::int64_t> readTime = modificationTime(configDirectory, list.file);
     std::string line;
     readLine(file, line);
+    // A byte order mark that an editor put in front of the header is no part
+    // of the first word.
+    if (line.rfind(utf8ByteOrderMark, 0) == 0) line.erase(0, 3);
     std::vector<std::int32_t> columns;
     for (const std::string& word : splitAtCommas(line)) {
         const std::int32_t column = whiteListColumn(word);
@@ -94,19 +114,24 @@ std::int32_t loadWhiteList(WhiteListTable& table, const std::string& configDirec
     }
 
     std::vector<WhiteListEntry> rows;
+    std::vector<std::string> unreadRows;
     WhiteListLookup lookup;
     for (int lineNumber = 2; readLine(file, line); ++lineNumber) {
         const std::vector<std::string> tokens = splitAtCommas(line);
-        // A field holding a comma gives a row longer than its header, which
-        // has no column for the rest: the row is skipped, not read past the
-        // header's end.
-        if (tokens.size() > columns.size()) {
-            std::cerr << "[VX2S] loadWhiteList skips line " << lineNumber << " of " << list.file
-                      << ": more fields than the header" << std::endl;
+        WhiteListEntry row;
+        try {
+            // The n-th token goes to the n-th column; a row longer than the
+            // header keeps its first columns.
+            for (std::size_t i = 0; i < tokens.size() && i < columns.size(); ++i)
+                setField(row, columns[i], tokens[i]);
+        } catch (const std::exception& e) {
+            // One row that can't be read costs that row alone, and only in
+            // memory: the line goes back into the file at the next save.
+            std::cerr << "[VX2S] loadWhiteList skips line " << lineNumber << " of " << list.file << ": "
+                      << e.what() << std::endl;
+            unreadRows.push_back(line);
             continue;
         }
-        WhiteListEntry row;
-        for (std::size_t i = 0; i < tokens.size(); ++i) setField(row, columns[i], tokens[i]);
         if (row.ID == -1 || row.num.empty()) continue;
         lookup.byPlate[plateWithoutMasks(row.num)] = row;
         lookup.byNormalisedPlate[normalisePlate(row.num)] = row;
@@ -114,6 +139,8 @@ std::int32_t loadWhiteList(WhiteListTable& table, const std::string& configDirec
     }
 
     list.entries = std::move(rows);
+    list.unreadRows = std::move(unreadRows);
+    list.fileTime = readTime;
     lookupOf(table, static_cast<std::size_t>(index)) = std::move(lookup);
     if (columns.size() == 6 && columns[4] == 4 && columns[5] == 5) list.oneTime = true;
     return whiteListRead;
@@ -122,6 +149,7 @@ std::int32_t loadWhiteList(WhiteListTable& table, const std::string& configDirec
 void loadExtendedWhiteList(WhiteListTable& table, const std::string& configDirectory,
                            std::int32_t index) {
     if (!validIndex(table, index)) return;
+    table.lists[index].fileTime = modificationTime(configDirectory, table.lists[index].file);
     ConfigReadRequest request;
     request.path = configFilePath(configDirectory, table.lists[index].file);
     request.readerName = "loadExtendedWhiteList";
@@ -152,15 +180,11 @@ void loadExtendedWhiteList(WhiteListTable& table, const std::string& configDirec
 }
 
 std::string plainWhiteListText(const WhiteList& list) {
-    std::string text = "ID,num,car,add\n";
-    for (const WhiteListEntry& row : list.entries) appendRow(text, row, false);
-    return text;
+    return csvText(list, "ID,num,car,add\n", false);
 }
 
 std::string oneTimeWhiteListText(const WhiteList& list) {
-    std::string text = "ID,num,car,add,time1,time2\n";
-    for (const WhiteListEntry& row : list.entries) appendRow(text, row, true);
-    return text;
+    return csvText(list, "ID,num,car,add,time1,time2\n", true);
 }
 
 std::string extendedWhiteListText(const WhiteList& list) {
@@ -188,10 +212,26 @@ std::string whiteListText(const WhiteList& list) {
 bool saveWhiteList(WhiteListTable& table, const std::string& configDirectory, std::int32_t index) {
     if (!validIndex(table, index)) return false;
     WhiteList& list = table.lists[index];
-    const bool opened =
-        writeConfigFile("", configFilePath(configDirectory, list.file), whiteListText(list));
+    const std::string path = configFilePath(configDirectory, list.file);
+    // A file that changed since the program read it was edited by someone
+    // else: that version is kept beside it before it is written over.
+    const std::optional<std::int64_t> onDisk = modificationTime(configDirectory, list.file);
+    if (onDisk && onDisk != list.fileTime) {
+        const std::optional<std::string> copy = keepCopyOf(path, backupCopySuffix, std::time(nullptr));
+        if (!copy) {
+            std::cerr << "[VX2S] saveWhiteList: " << list.file
+                      << " changed on disk since it was read and can't be kept; it is not written over"
+                      << std::endl;
+            return false;
+        }
+        std::cerr << "[VX2S] saveWhiteList: " << list.file
+                  << " changed on disk since it was read; that version is kept as " << list.file
+                  << copy->substr(path.size()) << std::endl;
+    }
+    if (!writeConfigFile("", path, whiteListText(list))) return false;
     list.dirty = false;
-    return opened;
+    list.fileTime = modificationTime(configDirectory, list.file);
+    return true;
 }
 
 } // namespace vx::config

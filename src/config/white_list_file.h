@@ -27,15 +27,17 @@ std::int32_t whiteListColumn(const std::string& word);
 //    (extended?)" on standard error; the caller then tries the JSON form);
 //  0 read: the rows replace `entries`, and a header "...,time1,time2" of six
 //    words makes the list one-time.
-// A row with ID -1 or an empty plate is dropped. A row with more fields than
-// the header is skipped with a line on standard error. THROWS
-// std::invalid_argument("invalid stoi argument") or
-// std::out_of_range("stoi argument out of range") when an ID isn't a number;
-// the list is then left as it was.
+// A byte order mark before the header is skipped. The n-th field of a row
+// goes to the n-th column; fields past the header are ignored. A row with ID
+// -1 or an empty plate is dropped. A row whose ID isn't a number is skipped
+// with "[VX2S] loadWhiteList skips line <n> of <file>: <error>" on standard
+// error and kept verbatim in `unreadRows`. The file's modification time
+// goes into `fileTime`.
 std::int32_t loadWhiteList(WhiteListTable& table, const std::string& configDirectory,
                            std::int32_t index);
 
-// Reads the JSON file of list `index` as an extended list: once the file has
+// Reads the JSON file of list `index` as an extended list (noting the
+// file's time): once the file has
 // parsed, its nested lists replace those held, one by one, and then the list
 // is marked extended. Errors go to standard error,
 // untagged: "loadExtendedWhiteList parse error at byte <n>" and
@@ -51,9 +53,12 @@ std::string extendedWhiteListText(const WhiteList& list);
 // The form the list's flags call for.
 std::string whiteListText(const WhiteList& list);
 
-// Writes list `index` to its file and clears its dirty flag, also when the
-// file won't open (nothing is reported then; the result is false). False
-// too for an index outside the table.
+// Writes list `index` to its file (the rows, then the lines kept unread),
+// clears its dirty flag and notes the file's new time. When the file's time
+// differs from the one last noted, the version on disk is first copied to
+// "<file>.<YYYYMMDD_hhmmss>.bak" (a line on standard error names it); when
+// that copy fails nothing is written. False, with the list still dirty,
+// when nothing was written, and for an index outside the table.
 bool saveWhiteList(WhiteListTable& table, const std::string& configDirectory, std::int32_t index);
 
 } // namespace vx::config

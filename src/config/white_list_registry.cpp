@@ -1,5 +1,6 @@
 #include "config/white_list_registry.h"
 
+#include <ctime>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
@@ -7,13 +8,11 @@
 #include "config/json_text.h"
 #include "config/text_codec.h"
 #include "config/white_list_file.h"
+#include "config/white_list_kept_copy.h"
 #include "platform/paths.h"
 
 namespace vx::config {
 namespace {
-
-// What an unreadable registry is kept as before the defaults replace it.
-const char* const brokenCopySuffix = ".broken";
 
 std::string registryPath(const std::string& configDirectory) {
     return configFilePath(configDirectory, whiteListsRegistryFile);
@@ -53,7 +52,10 @@ ReadOutcome loadWhiteListsList(WhiteListTable& table, const std::string& configD
     return readConfigFile(request, [&table](nlohmann::json& document) {
         for (nlohmann::json& element : document["whitelists"]) {
             WhiteList list;
-            list.name = utf8ToCp1251(element["name"].get<std::string>());
+            // Names are kept escaped, as the add stores them and the
+            // writer emits them, so a quotation mark or a backslash in a
+            // name survives the next save.
+            list.name = escapeJsonText(utf8ToCp1251(element["name"].get<std::string>()));
             list.file = utf8ToCp1251(element["file"].get<std::string>());
             table.lists.push_back(std::move(list));
             table.lookups.emplace_back();
@@ -67,7 +69,7 @@ std::string whiteListsRegistryText(const WhiteListTable& table) {
         const WhiteList& list = table.lists[i];
         text += "\t\t{\n";
         text += "\t\t\t\"name\":\"" + cp1251ToUtf8(list.name) + "\",\n";
-        text += "\t\t\t\"file\":\"" + cp1251ToUtf8(list.file) + "\"\n";
+        text += "\t\t\t\"file\":\"" + cp1251ToUtf8(escapeJsonText(list.file)) + "\"\n";
         text += "\t\t}";
         text += i + 1 < table.lists.size() ? ",\n" : "\n";
     }
@@ -97,12 +99,12 @@ void loadAllWhiteLists(WhiteListTable& table, const std::string& configDirectory
         if (outcome == ReadOutcome::parseError || outcome == ReadOutcome::typeError) {
             // The defaults go over a registry that can't be read; what it
             // held is kept beside it first, so the operator can mend it by
-            // hand.
+            // hand. Each such copy bears its time, so none replaces another.
             const std::string registry = registryPath(configDirectory);
-            std::string error;
-            if (platform::copyFileOverwrite(toNativePath(registry), toNativePath(registry + brokenCopySuffix), error))
+            const std::optional<std::string> copy = keepCopyOf(registry, brokenCopySuffix, std::time(nullptr));
+            if (copy)
                 std::cerr << "[VX2S] loadWhiteListsList: the unreadable registry is kept as "
-                          << whiteListsRegistryFile << brokenCopySuffix << std::endl;
+                          << whiteListsRegistryFile << copy->substr(registry.size()) << std::endl;
         }
         writeDefaultWhiteLists(configDirectory);
         loadWhiteListsList(table, configDirectory);
@@ -125,14 +127,15 @@ std::optional<std::string> findFreeWhiteListFile(WhiteListTable& table,
 std::int32_t addWhiteList(WhiteListTable& table, const std::string& configDirectory,
                           const std::string& name, std::int32_t kind) {
     if (table.lists.size() >= static_cast<std::size_t>(maxWhiteLists)) return tooManyWhiteLists;
+    const std::string escapedName = escapeJsonText(name);
     for (const WhiteList& list : table.lists)
-        if (list.name == name) return whiteListNameExists;
+        if (list.name == escapedName) return whiteListNameExists;
     const std::optional<std::string> file = findFreeWhiteListFile(
         table, configDirectory, kind == extendedListKind ? extendedListExtension : plainListExtension);
     if (!file) return noFreeWhiteListFile;
 
     WhiteList list;
-    list.name = escapeJsonText(name);
+    list.name = escapedName;
     list.file = *file;
     list.oneTime = kind == oneTimeListKind;
     list.extended = kind == extendedListKind;

@@ -25,6 +25,19 @@ void showStoredTime(const std::string& text, DateField& date, TimeField& time)
     time.value = value;
 }
 
+// A list file is plain CSV with no quoting: a comma or a line break in a
+// field would split the row.
+const char* refusedFieldText(const config::WhiteListEntry& row)
+{
+    for (const std::string* field : {&row.num, &row.car, &row.add}) {
+        if (field->find(',') != std::string::npos)
+            return "Поле не может содержать запятую!";
+        if (field->find_first_of("\r\n") != std::string::npos)
+            return "Поле не может содержать перевод строки!";
+    }
+    return nullptr;
+}
+
 } // namespace
 
 ListEntryForm::ListEntryForm(config::WhiteListTable& table, std::int32_t listIndex, std::int32_t listKind,
@@ -80,8 +93,12 @@ bool ListEntryForm::accept()
         showError(messages(), config::utf8ToCp1251("Номер не может быть пустым!"));
         return false;
     }
+    if (const char* refused = refusedFieldText(row)) {
+        showError(messages(), config::utf8ToCp1251(refused));
+        return false;
+    }
     if (rowId_ != -1) {
-        // No test for a repeated number here, and the list stays clean.
+        // No test for a repeated number here; the edit makes the list dirty.
         if (!config::replaceListRow(table_, listIndex_, rowId_, row)) {
             showError(messages(), config::utf8ToCp1251("Проблема с редактированием элемента списка"));
             return false;

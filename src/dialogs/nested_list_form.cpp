@@ -5,6 +5,7 @@
 #include "config/text_codec.h"
 #include "config/white_list_day_rule.h"
 #include "config/white_list_entries.h"
+#include "dialogs/white_list_view.h"
 
 namespace vx::dialogs {
 
@@ -56,7 +57,7 @@ void NestedListForm::fill()
     for (std::size_t i = 0; i < table_.lists.size(); ++i) {
         if (table_.lists[i].extended)
             continue;
-        list.items.push_back(table_.lists[i].name);
+        list.items.push_back(shownListName(table_.lists[i].name));
         tableIndexes_.push_back(static_cast<std::int32_t>(i));
     }
     list.selected = list.items.empty() ? -1 : 0;

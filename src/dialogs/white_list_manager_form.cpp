@@ -54,13 +54,11 @@ void WhiteListManagerForm::fill()
     deleteRow.caption = utf8ToCp1251("Удалить номер");
     setHeaders(config::plainListKind);
     rows.clearRows();
-    lists.clear();
-    for (const config::WhiteList& list : table_.lists)
-        lists.items.push_back(list.name);
+    fillListNames();
+    // List 0 is on show; the rest of the state (the current list and its
+    // kind, the selected row, the sort) stays as the dialog last left it.
     if (!lists.items.empty())
         lists.selected = 0;
-    state_.currentIndex = 0;
-    state_.currentKind = config::plainListKind;
 }
 
 bool WhiteListManagerForm::accept()
@@ -70,7 +68,7 @@ bool WhiteListManagerForm::accept()
             continue;
         // Only the first dirty list is named, however many there are.
         return askOkCancel(messages(), utf8ToCp1251("Подвердите, что вы хотите выйти, не сохранив список ") +
-                                           list.name + "!");
+                                           shownListName(list.name) + "!");
     }
     return true;
 }
@@ -79,9 +77,7 @@ void WhiteListManagerForm::refresh(std::int32_t index, std::int32_t sort)
 {
     if (sort != -1)
         state_.sortState = sort;
-    lists.clear();
-    for (const config::WhiteList& list : table_.lists)
-        lists.items.push_back(list.name);
+    fillListNames();
     if (index < 0 || static_cast<std::size_t>(index) >= table_.lists.size())
         return;
     lists.selected = index;
@@ -180,8 +176,11 @@ void WhiteListManagerForm::removeList()
 
 void WhiteListManagerForm::save()
 {
-    // A failed write is not reported: the list counts as saved all the same.
-    config::saveWhiteList(table_, configDirectory_, state_.currentIndex);
+    // A failed write leaves the list unsaved, and the operator is told.
+    if (!config::saveWhiteList(table_, configDirectory_, state_.currentIndex)) {
+        showError(messages(), utf8ToCp1251("Не удалось сохранить список ") + listName(state_.currentIndex) + "!");
+        return;
+    }
     showInformation(messages(), utf8ToCp1251("Сохранен список ") + listName(state_.currentIndex) + "!");
 }
 
@@ -212,7 +211,14 @@ std::string WhiteListManagerForm::listName(std::int32_t index) const
 {
     if (index < 0 || static_cast<std::size_t>(index) >= table_.lists.size())
         return std::string();
-    return table_.lists[index].name;
+    return shownListName(table_.lists[index].name);
+}
+
+void WhiteListManagerForm::fillListNames()
+{
+    lists.clear();
+    for (const config::WhiteList& list : table_.lists)
+        lists.items.push_back(shownListName(list.name));
 }
 
 } // namespace vx::dialogs

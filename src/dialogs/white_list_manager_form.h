@@ -42,7 +42,8 @@ public:
                          WhiteListCompanions companions, Clock clock = localNow);
 
     // The opening: re-reads the registry and all lists, plain headers, the
-    // names into the combo box, list 0 selected; the sort state stays.
+    // names into the combo box, list 0 selected; the state (current list and
+    // kind, selected row, sort) stays.
     void fill() override;
     // "Закрыть": true closes; with a dirty list only after OK to the question.
     bool accept() override;
@@ -72,6 +73,7 @@ private:
     void newList();
     void setHeaders(std::int32_t kind);
     void enableListButtons(bool enabled);
+    void fillListNames();
     bool selectedId(std::int32_t& id) const;
     std::string listName(std::int32_t index) const;
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <functional>
 
+#include "config/json_text.h"
 #include "config/text_codec.h"
 
 namespace vx::dialogs {
@@ -97,7 +98,7 @@ std::vector<std::vector<std::string>> whiteListRows(const config::WhiteList& lis
             const std::string days = nested.permitted_access_days == "all_days"
                                          ? utf8ToCp1251("Все дни")
                                          : nested.permitted_access_days;
-            rows.push_back({std::to_string(i), nested.name, days, nested.permitted_access_time1,
+            rows.push_back({std::to_string(i), shownListName(nested.name), days, nested.permitted_access_time1,
                             nested.permitted_access_time2});
         }
         return rows;
@@ -111,6 +112,11 @@ std::vector<std::vector<std::string>> whiteListRows(const config::WhiteList& lis
         rows.push_back(std::move(cells));
     }
     return rows;
+}
+
+std::string shownListName(const std::string& storedName)
+{
+    return config::unescapeJsonText(storedName);
 }
 
 } // namespace vx::dialogs

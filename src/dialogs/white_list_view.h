@@ -11,6 +11,9 @@
 
 namespace vx::dialogs {
 
+// A list's name as the operator typed it: the table keeps it escaped.
+std::string shownListName(const std::string& storedName);
+
 // Columns of the view for a list kind (plain, one-time, extended).
 std::vector<TableColumn> whiteListColumns(std::int32_t kind);
 

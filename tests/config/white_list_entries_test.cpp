@@ -33,7 +33,7 @@ WhiteListTable threeLists() {
     return table;
 }
 
-TEST(WhiteListEntries, AddGivesTheLastIdPlusOneAndRefusesARepeatedPlate) {
+TEST(WhiteListEntries, AddGivesTheLargestIdPlusOneAndRefusesARepeatedPlate) {
     WhiteListTable table = threeLists();
     for (const char* num : {"A1", "A2", "A3"}) EXPECT_EQ(addListRow(table, 1, plate(num)), listRowAdded);
     EXPECT_EQ(idsOf(table.lists[1]), (std::vector<std::int32_t>{0, 1, 2}));
@@ -46,6 +46,13 @@ TEST(WhiteListEntries, AddGivesTheLastIdPlusOneAndRefusesARepeatedPlate) {
     EXPECT_EQ(addListRow(table, 1, plate("B")), listRowAdded);
     EXPECT_EQ(idsOf(table.lists[1]), (std::vector<std::int32_t>{0, 1, 2}));   // 2 comes back
 
+    // Reordered by hand: the new row takes neither 1 nor 6.
+    table.lists[1].entries = {plate("X"), plate("Y")};
+    table.lists[1].entries[0].ID = 5;
+    table.lists[1].entries[1].ID = 0;
+    EXPECT_EQ(addListRow(table, 1, plate("V")), listRowAdded);
+    EXPECT_EQ(idsOf(table.lists[1]), (std::vector<std::int32_t>{5, 0, 6}));
+
     table.lists[1].entries = {plate("Z")};
     table.lists[1].entries[0].ID = 2147483647;
     EXPECT_EQ(addListRow(table, 1, plate("W")), listRowAdded);
@@ -56,7 +63,7 @@ TEST(WhiteListEntries, AddGivesTheLastIdPlusOneAndRefusesARepeatedPlate) {
     EXPECT_EQ(addListRow(table, -1, plate("C")), listRowNoList);
 }
 
-TEST(WhiteListEntries, EditKeepsTheIdAndNeitherTestsNorDirties) {
+TEST(WhiteListEntries, EditKeepsTheIdTestsNothingAndDirties) {
     WhiteListTable table = threeLists();
     addListRow(table, 1, plate("A1"));
     addListRow(table, 1, plate("A2"));
@@ -70,8 +77,10 @@ TEST(WhiteListEntries, EditKeepsTheIdAndNeitherTestsNorDirties) {
     EXPECT_EQ(findListRow(table.lists[1], 1)->num, "A1");   // two rows with one plate now
     EXPECT_EQ(findListRow(table.lists[1], 1)->car, "car");
     EXPECT_EQ(idsOf(table.lists[1]), (std::vector<std::int32_t>{0, 1}));
-    EXPECT_FALSE(table.lists[1].dirty);
+    EXPECT_TRUE(table.lists[1].dirty);   // else the next opening loses the edit
+    table.lists[1].dirty = false;
     EXPECT_FALSE(replaceListRow(table, 1, 5, edited));
+    EXPECT_FALSE(table.lists[1].dirty);
     EXPECT_EQ(findListRow(table.lists[1], 5), nullptr);
 }
 
@@ -116,7 +125,7 @@ TEST(WhiteListEntries, NestedListsAreResolvedOnEveryChange) {
     table.lists[2].dirty = false;
     nested.file = "empty.list.csv";
     EXPECT_TRUE(replaceNestedList(table, 2, 1, nested));
-    EXPECT_FALSE(table.lists[2].dirty);
+    EXPECT_TRUE(table.lists[2].dirty);
     EXPECT_EQ(table.lists[2].listIndexes, (std::vector<std::int32_t>{1, 0}));
     EXPECT_EQ(table.lists[2].lists[1].name, "Empty");
     EXPECT_FALSE(replaceNestedList(table, 2, 2, nested));

@@ -2,7 +2,12 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
+#include <regex>
+
+#include "config/config_file.h"
 #include "config/text_codec.h"
+#include "config/white_list_kept_copy.h"
 #include "white_list_test_files.h"
 
 namespace vx::config {
@@ -186,8 +191,6 @@ struct CsvCase {
 };
 
 TEST(WhiteListFile, CsvReaderTable) {
-    const std::string skipped =
-        "[VX2S] loadWhiteList skips line 2 of t.list.csv: more fields than the header\n";
     const std::vector<CsvCase> cases = {
         {"two rows ending in commas", "ID,num,car,add\n0,A1,B,C,\n1,A2,,,\n", 0,
          {"0|A1|B|C", "1|A2||"}, ""},
@@ -196,8 +199,10 @@ TEST(WhiteListFile, CsvReaderTable) {
         {"a missing trailing comma", "ID,num,car,add\n0,A1,B,C\n", 0, {"0|A1|B|C"}, ""},
         {"a quoted field is taken as it stands", "ID,num,car,add\n0,\"A1\",B,\"C\",\n", 0,
          {"0|\"A1\"|B|\"C\""}, ""},
-        {"a field holding a comma gives a row too long", "ID,num,car,add\n0,A1,B,C,D,\n1,A2,,,\n",
-         0, {"1|A2||"}, skipped},
+        {"a row longer than the header keeps its first columns",
+         "ID,num,car,add\n0,A1,B,C,D,\n1,A2,,,\n", 0, {"0|A1|B|C", "1|A2||"}, ""},
+        {"a byte order mark before the header", "\xEF\xBB\xBFID,num,car,add\n0,A1,,,\n", 0,
+         {"0|A1||"}, ""},
         {"fewer fields than the header", "ID,num,car,add\n3,X\n4\n", 0, {"3|X||"}, ""},
         {"a header with fewer columns", "num,ID\nQ,5,\n", 0, {"5|Q||"}, ""},
         {"ID -1 and an empty plate are dropped", "ID,num,car,add\n-1,A,,,\n2,,c,d,\n\n", 0, {}, ""},
@@ -252,25 +257,77 @@ TEST(WhiteListFile, OneTimeHeaderAndTimes) {
     }
 }
 
-TEST(WhiteListFile, NonNumericIdThrowsAndLeavesTheListAsItWas) {
+TEST(WhiteListFile, AnUnreadableRowIsSkippedAloneAndWrittenBackAtTheEnd) {
     ConfigFolder folder;
-    const std::pair<const char*, const char*> cases[] = {
-        {"ID,num,car,add\n0,A,,,\nabc,B,,,\n", "invalid stoi argument"},
-        {"ID,num,car,add\n,B,,,\n", "invalid stoi argument"},
-        {"ID,num,car,add\n99999999999,B,,,\n", "stoi argument out of range"},
+    folder.put("t.list.csv", "ID,num,car,add\r\n0,A,,,\r\nabc,B,,,\r\n,C,,,\r\n99999999999,D,,,\r\n1,E,,,\r\n");
+    WhiteListTable table = tableWith("t.list.csv");
+    CapturedStderr err;
+    ASSERT_EQ(loadWhiteList(table, folder.dir(), 0), whiteListRead);
+    EXPECT_EQ(rowTexts(table.lists[0]), (std::vector<std::string>{"0|A||", "1|E||"}));
+    EXPECT_EQ(err.text(), "[VX2S] loadWhiteList skips line 3 of t.list.csv: invalid stoi argument\n"
+                          "[VX2S] loadWhiteList skips line 4 of t.list.csv: invalid stoi argument\n"
+                          "[VX2S] loadWhiteList skips line 5 of t.list.csv: stoi argument out of range\n");
+    ASSERT_TRUE(saveWhiteList(table, folder.dir(), 0));
+    EXPECT_EQ(folder.bytes("t.list.csv"), "ID,num,car,add\n0,A,,,\n1,E,,,\nabc,B,,,\n,C,,,\n99999999999,D,,,\n");
+}
+
+TEST(WhiteListFile, ASaveThatFailsLeavesTheListDirty) {
+    ConfigFolder folder;
+    WhiteListTable table = tableWith("no-such-folder/t.list.csv");
+    table.lists[0].dirty = true;
+    EXPECT_FALSE(saveWhiteList(table, folder.dir(), 0));
+    EXPECT_TRUE(table.lists[0].dirty);
+    EXPECT_FALSE(saveWhiteList(table, folder.dir(), 1));
+}
+
+TEST(WhiteListFile, AFileEditedByHandSinceTheReadIsKeptBeforeTheSave) {
+    ConfigFolder folder;
+    folder.put("t.list.csv", "ID,num,car,add\n0,A,,,\n");
+    WhiteListTable table = tableWith("t.list.csv");
+    ASSERT_EQ(loadWhiteList(table, folder.dir(), 0), whiteListRead);
+    const auto bakFiles = [&folder] {
+        std::vector<std::string> names;
+        for (const auto& entry : std::filesystem::directory_iterator(folder.file("")))
+            if (entry.path().extension() == ".bak") names.push_back(entry.path().filename().string());
+        return names;
     };
-    for (const auto& [bytes, message] : cases) {
-        WhiteListTable table = tableWith("t.list.csv");
-        table.lists[0].entries = {row(7, "OLD", "", "")};
-        folder.put("t.list.csv", bytes);
-        try {
-            loadWhiteList(table, folder.dir(), 0);
-            ADD_FAILURE() << "no throw for " << bytes;
-        } catch (const std::exception& e) {
-            EXPECT_EQ(std::string(e.what()), message);
-        }
-        EXPECT_EQ(rowTexts(table.lists[0]), std::vector<std::string>{"7|OLD||"});
+    {   // Unchanged on disk: no copy.
+        CapturedStderr err;
+        ASSERT_TRUE(saveWhiteList(table, folder.dir(), 0));
+        EXPECT_EQ(err.text(), "");
+        EXPECT_TRUE(bakFiles().empty());
     }
+    // Edited by hand while the list was on show (its time set apart from
+    // the save's, which a coarse clock could share).
+    folder.put("t.list.csv", "ID,num,car,add\n0,A,,,\n1,HAND,,,\n");
+    std::filesystem::last_write_time(folder.file("t.list.csv"),
+                                     std::filesystem::last_write_time(folder.file("t.list.csv")) +
+                                         std::chrono::seconds(5));
+    table.lists[0].entries.push_back(row(1, "MINE", "", ""));
+    CapturedStderr err;
+    ASSERT_TRUE(saveWhiteList(table, folder.dir(), 0));
+    const std::vector<std::string> kept = bakFiles();
+    ASSERT_EQ(kept.size(), 1u);
+    EXPECT_TRUE(std::regex_match(kept[0], std::regex(R"(t\.list\.csv\.\d{8}_\d{6}\.bak)"))) << kept[0];
+    EXPECT_EQ(folder.bytes(kept[0]), "ID,num,car,add\n0,A,,,\n1,HAND,,,\n");
+    EXPECT_EQ(folder.bytes("t.list.csv"), "ID,num,car,add\n0,A,,,\n1,MINE,,,\n");
+    EXPECT_EQ(err.text(), "[VX2S] saveWhiteList: t.list.csv changed on disk since it was read; that version "
+                          "is kept as " + kept[0] + "\n");
+}
+
+TEST(WhiteListFile, KeptCopiesNeverReplaceOneAnother) {
+    ConfigFolder folder;
+    const std::string path = configFilePath(folder.dir(), "r.json");
+    folder.put("r.json", "1");
+    const std::time_t moment = 1700000000;
+    const std::string stamp = copyTimeStamp(moment);
+    EXPECT_TRUE(std::regex_match(stamp, std::regex(R"(\d{8}_\d{6})"))) << stamp;
+    for (const char* expected : {"", "_2", "_3"}) {
+        const std::optional<std::string> copy = keepCopyOf(path, brokenCopySuffix, moment);
+        ASSERT_TRUE(copy);
+        EXPECT_EQ(*copy, path + "." + stamp + expected + ".broken");
+    }
+    EXPECT_FALSE(keepCopyOf(configFilePath(folder.dir(), "none.json"), backupCopySuffix, moment));
 }
 
 TEST(WhiteListFile, ResultCodesAndLookUps) {

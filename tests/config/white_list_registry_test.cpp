@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <regex>
+
 #include "config/text_codec.h"
 #include "config/white_list_file.h"
 #include "white_list_test_files.h"
@@ -31,6 +34,15 @@ std::string registryOf(const std::vector<std::pair<std::string, std::string>>& l
         table.lists.push_back(list);
     }
     return whiteListsRegistryText(table);
+}
+
+// The names of the registry's kept copies in the folder, sorted.
+std::vector<std::string> brokenCopies(const ConfigFolder& folder) {
+    std::vector<std::string> names;
+    for (const auto& entry : std::filesystem::directory_iterator(folder.file("")))
+        if (entry.path().extension() == ".broken") names.push_back(entry.path().filename().string());
+    std::sort(names.begin(), names.end());
+    return names;
 }
 
 std::vector<std::string> namesOf(const WhiteListTable& table) {
@@ -141,8 +153,7 @@ struct RegistryCase {
 };
 
 TEST(WhiteListRegistry, ReaderTable) {
-    const std::string keptAside =
-        "[VX2S] loadWhiteListsList: the unreadable registry is kept as vx_stream_config_whitelists.json.broken\n";
+    const std::string keptAside = "<kept>";
     const std::string typeError = "[VX2S] loadWhiteListsList parse error type \n";
     const std::string two = registryOf({{"Empty", "empty.list.csv"}, {"A", "a.list.csv"}});
     const std::vector<RegistryCase> cases = {
@@ -167,12 +178,23 @@ TEST(WhiteListRegistry, ReaderTable) {
         CapturedStderr err;
         loadAllWhiteLists(table, folder.dir());
         EXPECT_EQ(namesOf(table), c.names);
-        EXPECT_EQ(err.text(), c.stderrText);
         // With nothing read, the defaults replace the registry and the
-        // unreadable one is kept beside it; a registry that was read stays.
+        // unreadable one is kept beside it, named with its time; a registry
+        // that was read stays.
+        const std::vector<std::string> kept = brokenCopies(folder);
+        ASSERT_EQ(kept.size(), c.defaultOnly ? 1u : 0u);
+        std::string expected = c.stderrText;
+        if (c.defaultOnly) {
+            EXPECT_TRUE(std::regex_match(
+                kept[0], std::regex(R"(vx_stream_config_whitelists\.json\.\d{8}_\d{6}\.broken)")))
+                << kept[0];
+            expected.replace(expected.find(keptAside), keptAside.size(),
+                             "[VX2S] loadWhiteListsList: the unreadable registry is kept as " + kept[0] + "\n");
+        }
+        EXPECT_EQ(err.text(), expected);
         if (c.defaultOnly) {
             EXPECT_EQ(folder.bytes("vx_stream_config_whitelists.json"), defaultRegistry);
-            EXPECT_EQ(folder.bytes("vx_stream_config_whitelists.json.broken"), c.bytes);
+            EXPECT_EQ(folder.bytes(kept[0]), c.bytes);
             EXPECT_EQ(folder.bytes("empty.list.csv"), "ID,num,car,add\n");
         } else {
             EXPECT_EQ(folder.bytes("vx_stream_config_whitelists.json"), c.bytes);
@@ -180,7 +202,22 @@ TEST(WhiteListRegistry, ReaderTable) {
     }
 }
 
-TEST(WhiteListRegistry, AListWithABadIdIsReadAsEmptyAndTheOthersStillLoad) {
+TEST(WhiteListRegistry, TwoBrokenRegistriesLeaveTwoCopies) {
+    ConfigFolder folder;
+    for (const char* bytes : {"{broken", "{broken too"}) {
+        folder.put("vx_stream_config_whitelists.json", bytes);
+        WhiteListTable table;
+        CapturedStderr err;
+        loadAllWhiteLists(table, folder.dir());
+    }
+    const std::vector<std::string> kept = brokenCopies(folder);
+    ASSERT_EQ(kept.size(), 2u);
+    std::vector<std::string> contents = {folder.bytes(kept[0]), folder.bytes(kept[1])};
+    std::sort(contents.begin(), contents.end());
+    EXPECT_EQ(contents, (std::vector<std::string>{"{broken", "{broken too"}));
+}
+
+TEST(WhiteListRegistry, ABadRowCostsThatRowAloneAndTheOtherListsStillLoad) {
     ConfigFolder folder;
     folder.put("vx_stream_config_whitelists.json",
                registryOf({{"Empty", "empty.list.csv"}, {"Bad", "b.list.csv"}, {"Good", "g.list.csv"}}));
@@ -189,11 +226,9 @@ TEST(WhiteListRegistry, AListWithABadIdIsReadAsEmptyAndTheOthersStillLoad) {
     WhiteListTable table;
     CapturedStderr err;
     loadAllWhiteLists(table, folder.dir());
-    EXPECT_TRUE(table.lists[1].entries.empty());
+    EXPECT_EQ(table.lists[1].entries.size(), 1u);
     EXPECT_EQ(table.lists[2].entries.size(), 1u);
-    EXPECT_EQ(err.text(), "[VX2S] loadWhiteList error in b.list.csv: invalid stoi argument\n");
-    // Nothing was written over the bad list.
-    EXPECT_EQ(folder.bytes("b.list.csv"), "ID,num,car,add\n0,A,,,\nx,B,,,\n");
+    EXPECT_EQ(err.text(), "[VX2S] loadWhiteList skips line 3 of b.list.csv: invalid stoi argument\n");
 }
 
 TEST(WhiteListRegistry, AddWritesTheListAndTheRegistry) {
@@ -224,14 +259,34 @@ TEST(WhiteListRegistry, AddWritesTheListAndTheRegistry) {
     EXPECT_EQ(addWhiteList(table, folder.dir(), "", plainListKind), whiteListNameExists);
     EXPECT_EQ(table.lists.size(), 4u);
 
-    // A reload sees what the add wrote; the name comes back unescaped by the
-    // parser, and so would be written without its escapes the next time.
+    // A reload sees what the add wrote, names escaped as the add stored them.
     WhiteListTable reread;
     CapturedStderr err;
     loadAllWhiteLists(reread, folder.dir());
-    EXPECT_EQ(namesOf(reread), (std::vector<std::string>{"Empty", utf8ToCp1251("Двор \"1\""), "Once", ""}));
+    EXPECT_EQ(namesOf(reread), namesOf(table));
     EXPECT_TRUE(reread.lists[2].oneTime);
     EXPECT_TRUE(reread.lists[3].extended);
+    EXPECT_EQ(addWhiteList(reread, folder.dir(), utf8ToCp1251("Двор \"1\""), plainListKind), whiteListNameExists);
+}
+
+TEST(WhiteListRegistry, AnyNameSurvivesSaveLoadSave) {
+    ConfigFolder folder;
+    WhiteListTable table;
+    loadAllWhiteLists(table, folder.dir());
+    const std::string name = utf8ToCp1251("Ворота \"Север\" C:\\gate\\ 1\t/ ё");
+    ASSERT_EQ(addWhiteList(table, folder.dir(), name, plainListKind), whiteListAdded);
+    const std::string first = folder.bytes("vx_stream_config_whitelists.json");
+    for (int round = 0; round < 2; ++round) {
+        WhiteListTable reread;
+        CapturedStderr err;
+        loadAllWhiteLists(reread, folder.dir());
+        ASSERT_EQ(reread.lists.size(), 2u);
+        EXPECT_EQ(reread.lists[1].name, table.lists[1].name);
+        EXPECT_EQ(err.text(), "");
+        ASSERT_TRUE(saveWhiteListsList(reread, folder.dir()));
+        EXPECT_EQ(folder.bytes("vx_stream_config_whitelists.json"), first);
+    }
+    EXPECT_TRUE(brokenCopies(folder).empty());
 }
 
 TEST(WhiteListRegistry, AddRefusesPastItsLimits) {

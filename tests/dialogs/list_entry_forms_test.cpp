@@ -83,7 +83,7 @@ TEST_F(EntryTest, EmptyAndRepeatedNumbersAreRefusedOnlyWhereTheyShouldBe)
     EXPECT_EQ(messages.shown.back().text, cp("Такой номер уже существует!"));
     EXPECT_EQ(list(ListsOnDisk::plain).entries.size(), 4u);
 
-    // An edit may give two rows one number, and leaves the list clean.
+    // An edit may give two rows one number, and makes the list dirty.
     table.lists[ListsOnDisk::plain].dirty = false;
     ListEntryForm& edit = entry(ListsOnDisk::plain, 2);
     EXPECT_EQ(edit.num.text, "A300");
@@ -92,7 +92,7 @@ TEST_F(EntryTest, EmptyAndRepeatedNumbersAreRefusedOnlyWhereTheyShouldBe)
     EXPECT_TRUE(edit.accept());
     EXPECT_EQ(list(ListsOnDisk::plain).entries[2].num, "B200");
     EXPECT_EQ(list(ListsOnDisk::plain).entries[2].ID, 2);
-    EXPECT_FALSE(list(ListsOnDisk::plain).dirty);
+    EXPECT_TRUE(list(ListsOnDisk::plain).dirty);
 
     // The row went away while the dialog was open.
     ListEntryForm& gone = entry(ListsOnDisk::plain, 1);
@@ -100,6 +100,47 @@ TEST_F(EntryTest, EmptyAndRepeatedNumbersAreRefusedOnlyWhereTheyShouldBe)
     gone.num.type("X1");
     EXPECT_FALSE(gone.accept());
     EXPECT_EQ(messages.shown.back().text, cp("Проблема с редактированием элемента списка"));
+}
+
+TEST_F(EntryTest, AFieldThatWouldSplitItsRowIsRefused)
+{
+    struct Case {
+        TextField ListEntryForm::*field;
+        const char* text;
+        const char* message;
+    };
+    const Case cases[] = {
+        {&ListEntryForm::car, "Лада, белая", "Поле не может содержать запятую!"},
+        {&ListEntryForm::add, "a,b", "Поле не может содержать запятую!"},
+        {&ListEntryForm::num, "A1,2", "Поле не может содержать запятую!"},
+        {&ListEntryForm::add, "line\nbreak", "Поле не может содержать перевод строки!"},
+        {&ListEntryForm::car, "cr\r", "Поле не может содержать перевод строки!"},
+    };
+    for (std::int32_t rowId : {-1, 0}) {
+        for (const Case& c : cases) {
+            SCOPED_TRACE(c.text);
+            messages.shown.clear();
+            ListEntryForm& form = entry(ListsOnDisk::plain, rowId);
+            form.num.type("N9");
+            (form.*c.field).type(cp(c.text));
+            EXPECT_FALSE(form.accept());
+            ASSERT_EQ(messages.shown.size(), 1u);
+            EXPECT_EQ(messages.shown[0].text, cp(c.message));
+            EXPECT_EQ(messages.shown[0].title, cp("Сообщение"));
+        }
+    }
+    EXPECT_EQ(list(ListsOnDisk::plain).entries.size(), 3u);
+    EXPECT_EQ(list(ListsOnDisk::plain).entries[0].num, "B200");
+}
+
+TEST_F(EntryTest, ANewRowInAListReorderedByHandTakesTheLargestIdPlusOne)
+{
+    std::vector<config::WhiteListEntry>& rows = table.lists[ListsOnDisk::plain].entries;
+    std::swap(rows[0], rows[2]);   // IDs 2, 1, 0 in stored order
+    ListEntryForm& form = entry(ListsOnDisk::plain, -1);
+    form.num.type("N1");
+    ASSERT_TRUE(form.accept());
+    EXPECT_EQ(rows.back().ID, 3);
 }
 
 TEST_F(EntryTest, IdsRepeatAfterTheLastRowWasDeleted)
@@ -230,7 +271,7 @@ TEST_F(EntryTest, EditingANestedListShowsItsRuleAndReplacesItQuietly)
     EXPECT_EQ(stored.permitted_access_time1, "08:05:00");
     EXPECT_EQ(stored.permitted_access_time2, "22:00:00");   // the window may cross midnight
     EXPECT_EQ(stored.name, "Guests");
-    EXPECT_FALSE(list(ListsOnDisk::extended).dirty);
+    EXPECT_TRUE(list(ListsOnDisk::extended).dirty);
 
     NestedListForm& days = nested(1);
     EXPECT_EQ(days.dayRule.chosen, weekDaysChoice);

@@ -90,12 +90,17 @@ TEST_F(ManagerTest, OpeningRereadsTheFilesAndKeepsListZeroReadOnly)
 {
     table.lists.resize(7);   // whatever an earlier closing left in memory
     state.sortState = 5;
-    state.currentIndex = 3;
+    state.currentIndex = ListsOnDisk::extended;
+    state.currentKind = config::extendedListKind;
+    state.selectedRowId = 2;
     WhiteListManagerForm& form = open();
     EXPECT_EQ(form.lists.items, (std::vector<std::string>{"Empty", cp("Въезд"), "Guests", "Ext"}));
     EXPECT_EQ(form.lists.selected, 0);
+    // List 0 is on show; the rest of the state is what the last opening left.
     EXPECT_EQ(state.sortState, 5);
-    EXPECT_EQ(state.currentIndex, 0);
+    EXPECT_EQ(state.currentIndex, ListsOnDisk::extended);
+    EXPECT_EQ(state.currentKind, config::extendedListKind);
+    EXPECT_EQ(state.selectedRowId, 2);
     EXPECT_EQ(titles(form.rows), (std::vector<std::string>{"ID", cp("Номер"), cp("Автомобиль"),
                                                            cp("Дополнительные сведения")}));
     for (ButtonField* button : {&form.deleteList, &form.saveList, &form.addRow, &form.deleteRow})
@@ -183,7 +188,7 @@ TEST_F(ManagerTest, HeaderClicksSortCopiesByUnsignedBytes)
     EXPECT_EQ(column(form.rows, 0), (std::vector<std::string>{"0", "1", "2"}));
 }
 
-TEST_F(ManagerTest, AnEditByDoubleClickKeepsHeadersAndSortAndLeavesTheListClean)
+TEST_F(ManagerTest, AnEditByDoubleClickKeepsHeadersAndSortAndDirtiesTheList)
 {
     WhiteListManagerForm& form = open();
     form.lists.select(ListsOnDisk::plain);
@@ -196,7 +201,10 @@ TEST_F(ManagerTest, AnEditByDoubleClickKeepsHeadersAndSortAndLeavesTheListClean)
     EXPECT_EQ(state.sortState, 3);
     EXPECT_EQ(form.rows.columns.size(), 4u);
     EXPECT_EQ(form.rows.rows[1], (std::vector<std::string>{"0", "B200", "Lada", "z"}));
-    EXPECT_FALSE(table.lists[ListsOnDisk::plain].dirty);
+    EXPECT_TRUE(table.lists[ListsOnDisk::plain].dirty);   // so closing asks first
+    messages.answer(false);
+    EXPECT_FALSE(form.accept());
+    table.lists[ListsOnDisk::plain].dirty = false;
 
     // The add button always adds.
     entryAction = [](ListEntryForm& entry) { entry.num.type("c5"); };
@@ -264,6 +272,16 @@ TEST_F(ManagerTest, SavingWritesTheListOnShowAndSaysSo)
     ASSERT_EQ(messages.shown.size(), 1u);
     EXPECT_EQ(messages.shown[0].text, cp("Сохранен список Въезд!"));
     EXPECT_EQ(messages.shown[0].icon, MessageIcon::information);
+
+    // A file that won't open: the operator is told and the list stays unsaved.
+    form.rows.select(0);
+    form.deleteRow.press();
+    table.lists[ListsOnDisk::plain].file = "no-such-folder/x.list.csv";
+    form.saveList.press();
+    EXPECT_TRUE(table.lists[ListsOnDisk::plain].dirty);
+    ASSERT_EQ(messages.shown.size(), 2u);
+    EXPECT_EQ(messages.shown[1].text, cp("Не удалось сохранить список Въезд!"));
+    EXPECT_EQ(messages.shown[1].icon, MessageIcon::error);
 }
 
 TEST_F(ManagerTest, DeletingAListAsksThenLeavesListZeroOnShowWithTheButtonsEnabled)
@@ -318,10 +336,17 @@ TEST_F(ManagerTest, ANewListIsSelectedEnabledAndOnDisk)
     EXPECT_EQ(form.rows.rows[0][1], cp("Въезд"));
     EXPECT_TRUE(table.lists[4].dirty);
 
+    // A name is shown as typed, though the table keeps it escaped.
+    newName = "Gate \"1\" \\ 2";
+    form.addList.press();
+    ASSERT_EQ(table.lists.size(), 6u);
+    EXPECT_EQ(form.lists.items.back(), "Gate \"1\" \\ 2");
+    EXPECT_EQ(table.lists.back().name, "Gate \\\"1\\\" \\\\ 2");
+
     newName = "Guests";
     form.addList.press();
-    EXPECT_EQ(table.lists.size(), 5u);
-    EXPECT_EQ(form.lists.selected, 4);
+    EXPECT_EQ(table.lists.size(), 6u);
+    EXPECT_EQ(form.lists.selected, 5);
     EXPECT_EQ(messages.shown.back().text, cp("Такое имя белого списка уже существует!"));
 }
 

@@ -86,7 +86,10 @@ void readAsLists(const std::string& dir, const std::string& input) {
     loadAllWhiteLists(table, dir);
     check(table.lists.size() == 3, "the registry lost a list");
 
-    // A plain or one-time list written back and read again keeps every row.
+    // A plain or one-time list written back and read again keeps every row,
+    // in its order. The lines it couldn't read go back after the rows; under
+    // the header the writer puts back, which may order the columns unlike
+    // the file's own, such a line may now read as a row of its own.
     const WhiteList& read = table.lists[1];
     if (read.extended) return;
     saveWhiteList(table, dir, 1);
@@ -95,7 +98,11 @@ void readAsLists(const std::string& dir, const std::string& input) {
     again.lists[0].file = "a.list.csv";
     check(loadWhiteList(again, dir, 0) == whiteListRead, "a saved list isn't CSV");
     check(again.lists[0].oneTime == read.oneTime, "a saved list changed its kind");
-    check(rowsText(again.lists[0]) == rowsText(read), "a saved list changed its rows");
+    const std::string rows = rowsText(read);
+    check(rowsText(again.lists[0]).compare(0, rows.size(), rows) == 0, "a saved list changed its rows");
+    check(again.lists[0].entries.size() - read.entries.size() + again.lists[0].unreadRows.size() <=
+              read.unreadRows.size(),
+          "a saved list grew");
 }
 
 void readAsRegistry(const std::string& dir, const std::string& input) {
@@ -111,6 +118,16 @@ void readAsRegistry(const std::string& dir, const std::string& input) {
     resolveExtendedWhiteLists(table);
 }
 
+// The copies the readers and writers keep beside a file they replace: one
+// input's copies go before the next, so the folder doesn't grow with the run.
+void removeKeptCopies(const std::filesystem::path& folder) {
+    std::error_code ignored;
+    for (const auto& entry : std::filesystem::directory_iterator(folder, ignored)) {
+        const std::string extension = entry.path().extension().string();
+        if (extension == ".bak" || extension == ".broken") std::filesystem::remove(entry.path(), ignored);
+    }
+}
+
 } // namespace
 
 void readWhiteListFuzzInput(const std::uint8_t* data, std::size_t size) {
@@ -124,6 +141,7 @@ void readWhiteListFuzzInput(const std::uint8_t* data, std::size_t size) {
 
     readAsLists(dir, input);
     readAsRegistry(dir, input);
+    removeKeptCopies(fuzzFolder());
 
     check(normalisePlate(input).size() == input.size(), "normalisePlate changed the length");
     const DayRule rule = parseDayRule(input);
