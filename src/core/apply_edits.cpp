@@ -2,6 +2,7 @@
 
 #include "config/text_codec.h"
 #include "core/process_actions.h"
+#include "core/save_failure.h"
 #include "core/state/camera_runtime.h"
 #include "core/stream_files.h"
 #include "liveview/overlay.h"
@@ -72,10 +73,29 @@ void copyStoredToLive(AppState& state)
     state.liveMainConfig = state.storedMainConfig;
 }
 
-void saveMainConfigFile(AppState& state)
+bool saveMainConfigFile(AppState& state)
 {
-    config::saveConfig(state.ConfigDirectory, state.storedMainConfig, state.streams.collectIds(),
-                       state.streams.collectPlanned());
+    return noteSave(config::saveConfig(state.ConfigDirectory, state.storedMainConfig, state.streams.collectIds(),
+                                       state.streams.collectPlanned()),
+                    config::mainConfigFileName);
+}
+
+void showSaveFailure(const EditHooks& hooks, const std::string& fileName)
+{
+    if (hooks.messages)
+        dialogs::showError(*hooks.messages, saveFailedText(fileName));
+}
+
+// The stream's file and the main config after a dialog's OK. When one was not
+// saved the operator is told, and the caller leaves the running stream alone:
+// it would only read the old file again.
+bool saveStreamAfterDialog(AppState& state, const EditHooks& hooks, int index)
+{
+    std::string unsaved;
+    if (writeStreamFile(state, index, &unsaved))
+        return true;
+    showSaveFailure(hooks, unsaved);
+    return false;
 }
 
 void startOrStop(AppState& state, const EditHooks& hooks, int index)
@@ -107,7 +127,8 @@ void editStreamSettings(AppState& state, const EditHooks& hooks, int index)
     // The recognition and control sections carry no name of their own here:
     // the file takes the new name from the Common section.
     copyStoredToLive(state);
-    writeStreamFile(state, index);
+    if (!saveStreamAfterDialog(state, hooks, index))
+        return;
     VX_LOG(logTrace, "editCamera changed: " + name);
     if (state.streams.isRunning(index) == 1) {
         VX_LOG(logTrace, "editCamera signal to " + name);
@@ -128,7 +149,8 @@ void editRecognition(AppState& state, const EditHooks& hooks, int index)
     // The dialog also edits a flag of the Common section.
     state.streams.setConfig(index, state.scratchConfig);
     setStatus(state, "Изменены параметры распознавания видеопотока ", name);
-    writeStreamFile(state, index);
+    if (!saveStreamAfterDialog(state, hooks, index))
+        return;
     if (state.streams.isRunning(index) == 1) {
         VX_LOG(logTrace, "editCameraRecph signal to " + name);
         // There is no finer signal for recognition settings: always a restart.
@@ -150,7 +172,8 @@ void editSignals(AppState& state, const EditHooks& hooks, int index)
         return;
     }
     setStatus(state, "Изменены параметры управления видеопотока ", name);
-    writeStreamFile(state, index);
+    if (!saveStreamAfterDialog(state, hooks, index))
+        return;
     VX_LOG(logTrace, "editCamera changed control: " + name);
     auto request = hooks.requestControl;
     if (report) {
@@ -354,9 +377,19 @@ void addStreamFromTile(AppState& state, const EditHooks& hooks)
     working.common = scratch;
     working.recognition = recognition;
     working.control = control;
-    config::saveCamera(config::cameraFilePath(state.ConfigDirectory, id), working, state.recognitionConfig.port,
-                       state.controlConfig.port);
-    saveMainConfigFile(state);
+    if (!noteSave(config::saveCamera(config::cameraFilePath(state.ConfigDirectory, id), working,
+                                     state.recognitionConfig.port, state.controlConfig.port),
+                  config::cameraFileName(id))) {
+        // A stream without its file would be listed in the main config and
+        // fail at the next start: it goes again.
+        std::string removed;
+        state.streams.removeStream(state.streams.size() - 1, removed);
+        redraw(hooks);
+        showSaveFailure(hooks, config::cameraFileName(id));
+        return;
+    }
+    if (!saveMainConfigFile(state))
+        showSaveFailure(hooks, config::mainConfigFileName);
     copyStoredToLive(state);
     VX_LOG(logTrace, "editCamera add: " + scratch.videoName);
     auto request = hooks.requestControl;
