@@ -311,14 +311,15 @@ TEST(ApplyEdits, AFailedStreamSaveIsShownAndNothingActsOnIt)
     ASSERT_EQ(w.messages.shown.size(), 1u);
     EXPECT_EQ(w.messages.shown[0].title, failed.title);
     EXPECT_EQ(w.messages.shown[0].text, failed.text);
-    EXPECT_EQ(w.calls, (Calls{"stream dialog", "redraw"}));
+    EXPECT_EQ(w.calls, (Calls{"stream dialog", "redraw", "redraw"}));
+    EXPECT_EQ(w.state.streams.getConfig(0).videoName, cp("Въезд")) << "the table keeps what the file holds";
 
     std::filesystem::create_directory(std::filesystem::path(w.configs()) / "vx_stream0.json.new");
     w.calls.clear();
     w.click(0, 2);
     ASSERT_EQ(w.messages.shown.size(), 2u);
     EXPECT_EQ(w.messages.shown[1].text, failed.text);
-    EXPECT_EQ(w.calls, Calls{"recognition dialog"});
+    EXPECT_EQ(w.calls, (Calls{"recognition dialog", "redraw"}));
     EXPECT_EQ(test::readFileBytes(std::filesystem::path(w.configs()) / "vx_stream0.json"), before);
 
     std::filesystem::create_directory(std::filesystem::path(w.configs()) / "vx_stream1.json.new");
