@@ -307,6 +307,14 @@ void writeButtons(std::string& t, const CameraControl& c) {
     t += "\t}\n";
 }
 
+void takeCamera(json& j, CameraConfig& config, std::int32_t mainVideoChunk) {
+    readCommon(j, config.common, mainVideoChunk);
+    readRecognition(j, config.recognition);
+    readReport(j, config.control);
+    readSignals(j, config.control);
+    readButtons(j, config.control);
+}
+
 } // namespace
 
 std::string cameraFileName(std::int32_t id) { return "vx_stream" + std::to_string(id) + ".json"; }
@@ -335,9 +343,14 @@ std::string cameraConfigText(const CameraConfig& config, std::int32_t recognitio
     return t;
 }
 
-void saveCamera(const std::string& path, const CameraConfig& config, std::int32_t recognitionPort,
+bool saveCamera(const std::string& path, const CameraConfig& config, std::int32_t recognitionPort,
                 std::int32_t controlPort) {
-    writeConfigFile(cameraConfigMutexName, path, cameraConfigText(config, recognitionPort, controlPort));
+    auto readsBack = [](json& j) {
+        CameraConfig scratch;
+        takeCamera(j, scratch, 0);
+    };
+    return writeJsonConfigFile(cameraConfigMutexName, path, cameraConfigText(config, recognitionPort, controlPort),
+                               SafetyCopy::none, readsBack);
 }
 
 bool loadCamera(const std::string& path, CameraConfig& config, std::int32_t mainVideoChunk) {
@@ -345,13 +358,8 @@ bool loadCamera(const std::string& path, CameraConfig& config, std::int32_t main
     request.mutexName = cameraConfigMutexName;
     request.path = path;
     request.readerName = "loadCamera";
-    const ReadOutcome outcome = readConfigFile(request, [&](json& j) {
-        readCommon(j, config.common, mainVideoChunk);
-        readRecognition(j, config.recognition);
-        readReport(j, config.control);
-        readSignals(j, config.control);
-        readButtons(j, config.control);
-    });
+    const ReadOutcome outcome =
+        readConfigFile(request, [&](json& j) { takeCamera(j, config, mainVideoChunk); });
     return outcome == ReadOutcome::done;
 }
 

@@ -129,7 +129,7 @@ std::string cameraFilePath(const std::string& configDirectory, std::int32_t id);
 std::string cameraConfigText(const CameraConfig& config, std::int32_t recognitionPort, std::int32_t controlPort);
 
 // Writes `config` to the full path `path` under the cameras' lock.
-void saveCamera(const std::string& path, const CameraConfig& config, std::int32_t recognitionPort,
+bool saveCamera(const std::string& path, const CameraConfig& config, std::int32_t recognitionPort,
                 std::int32_t controlPort);
 
 // Reads the file at `path` into `config`. The common part starts from a

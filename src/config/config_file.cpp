@@ -5,6 +5,7 @@
 #include <memory>
 
 #include "config/text_codec.h"
+#include "platform/file_replace.h"
 #include "platform/named_lock.h"
 #include "platform/paths.h"
 
@@ -53,23 +54,56 @@ std::filesystem::path toNativePath(const std::string& cp1251Path) {
     return std::filesystem::path(std::u8string(utf8.begin(), utf8.end()));
 }
 
+std::string pendingFilePath(const std::string& path) { return path + ".new"; }
+
 bool writeConfigFile(const std::string& mutexName, const std::string& path,
                      const std::string& text, SafetyCopy safetyCopy) {
     FileLock lock(mutexName);
     if (!lock.ok()) return false;
     const std::filesystem::path target = toNativePath(path);
+    std::string error;
     if (safetyCopy == SafetyCopy::keepPrevious) {
-        std::string error;
-        if (!platform::copyFileOverwrite(target, toNativePath(path + ".tmp"), error))
+        // The copy, too, goes through a file of its own, so that a failed or
+        // interrupted copy leaves the older .tmp whole.
+        const std::filesystem::path copy = toNativePath(path + ".tmp");
+        const std::filesystem::path pendingCopy = toNativePath(pendingFilePath(path + ".tmp"));
+        if (!platform::copyFileOverwrite(target, pendingCopy, error) ||
+            !platform::replaceFile(pendingCopy, copy, error)) {
+            platform::removeFileQuietly(pendingCopy);
             std::cerr << "Failed to copy main config file: " << error << std::endl;
+        }
     }
-    // Binary, so the file holds exactly the writer's bytes ("\n" line ends,
-    // which is also what text mode gives on this platform).
-    std::ofstream file(target, std::ios::out | std::ios::trunc | std::ios::binary);
-    if (!file.is_open()) return false;
-    file << text;
-    file.close();
+    // The text goes to "<file>.new" beside the file and replaces it in one
+    // step, so the file holds either the old text or the new one, never a part.
+    const std::filesystem::path pending = toNativePath(pendingFilePath(path));
+    if (!platform::writeWholeFile(pending, text, error) || !platform::replaceFile(pending, target, error)) {
+        platform::removeFileQuietly(pending);
+        std::cerr << "Failed to write config file " << path << ": " << error << "; the file was not changed"
+                  << std::endl;
+        return false;
+    }
     return true;
+}
+
+bool textReadsBack(const std::string& path, const std::string& text,
+                   const std::function<void(nlohmann::json&)>& take) {
+    try {
+        nlohmann::json document = nlohmann::json::parse(text);
+        if (take) take(document);
+        return true;
+    } catch (const nlohmann::json::parse_error& e) {
+        std::cerr << "Config file " << path << " not written: its new text doesn't parse (error at byte "
+                  << e.byte << ")" << std::endl;
+    } catch (const std::exception& e) {
+        std::cerr << "Config file " << path << " not written: its new text doesn't read back (" << e.what() << ")"
+                  << std::endl;
+    }
+    return false;
+}
+
+bool writeJsonConfigFile(const std::string& mutexName, const std::string& path, const std::string& text,
+                         SafetyCopy safetyCopy, const std::function<void(nlohmann::json&)>& take) {
+    return textReadsBack(path, text, take) && writeConfigFile(mutexName, path, text, safetyCopy);
 }
 
 ReadOutcome readConfigFile(const ConfigReadRequest& request,

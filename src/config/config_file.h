@@ -36,18 +36,34 @@ enum class SafetyCopy { none, keepPrevious };
 //  1. creates the named lock `mutexName`; when that fails, prints
 //     "Failed to create/open mutex: <name>" and returns false;
 //  2. waits for it without limit;
-//  3. with SafetyCopy::keepPrevious, copies the file over "<path>.tmp"; a
-//     failure (also the first save, with no file yet) prints
-//     "Failed to copy main config file: <error>" and the write goes on;
-//  4. opens the file truncated and writes the text; when it won't open,
-//     nothing is written and nothing reported (the result is false);
-//  5. closes the file, releases the lock.
-// An empty `mutexName` means the file has no lock (receiver samples, white
-// lists). The file is opened in binary mode so the bytes on disk are exactly
-// `text`. The stream state after the write isn't checked: true means the
-// file opened.
+//  3. with SafetyCopy::keepPrevious, copies the file over "<path>.tmp"
+//     (through "<path>.tmp.new", renamed over it); a failure (also the first
+//     save, with no file yet) prints "Failed to copy main config file:
+//     <error>", leaves the older .tmp as it was, and the write goes on;
+//  4. writes the text to "<path>.new", checking every write, flushes it to
+//     the disk and renames it over the file in one step; when any of that
+//     fails, removes "<path>.new", prints "Failed to write config file
+//     <path>: <error>; the file was not changed" and returns false;
+//  5. releases the lock.
+// The file is thus either the old text or the new, whole, whatever happens;
+// a "<path>.new" left by a crash is overwritten by the next save and read by
+// nobody. An empty `mutexName` means the file has no lock (receiver samples,
+// white lists). The bytes on disk are exactly `text`.
 bool writeConfigFile(const std::string& mutexName, const std::string& path,
                      const std::string& text, SafetyCopy safetyCopy = SafetyCopy::none);
+
+// Whether `text` parses as JSON and, with `take` (the file's own reader's key
+// taking, pointed at a scratch record), reads back without an error. When it
+// doesn't, prints "Config file <path> not written: ..." with the reason.
+bool textReadsBack(const std::string& path, const std::string& text,
+                   const std::function<void(nlohmann::json&)>& take = nullptr);
+
+// The writers of the JSON config files: writeConfigFile, but only for a text
+// that textReadsBack; otherwise nothing is written (not even the .tmp) and
+// the result is false.
+bool writeJsonConfigFile(const std::string& mutexName, const std::string& path, const std::string& text,
+                         SafetyCopy safetyCopy = SafetyCopy::none,
+                         const std::function<void(nlohmann::json&)>& take = nullptr);
 
 // How a read ended, so each reader can derive its own result: some return
 // false after any failure, loadControlGlobal only when the file won't open.

@@ -22,10 +22,25 @@ std::string controlConfigText(const ControlSrvConfig& c)
     return t;
 }
 
+// The reader's key taking, shared with the writer's read-back check.
+static void takeControlGlobal(nlohmann::json& document, ControlSrvConfig& config)
+{
+    config.port = document.value("port", config.port);
+    config.modeDB = document.value("modeDB", config.modeDB);
+    config.httpLogger = document.value("httpLogger", config.httpLogger);
+    config.equalLatinCyr = document.value("equalLatinCyr", config.equalLatinCyr);
+    config.notReturnServSymb = document.value("notReturnServSymb", config.notReturnServSymb);
+    config.autoUpdateListsInControl = document.value("autoUpdateListsInControl", config.autoUpdateListsInControl);
+}
+
 bool saveControlGlobal(const std::string& configDirectory, const ControlSrvConfig& config)
 {
-    return writeConfigFile(controlConfigMutexName, configFilePath(configDirectory, controlConfigFileName),
-                           controlConfigText(config));
+    auto readsBack = [](nlohmann::json& document) {
+        ControlSrvConfig scratch;
+        takeControlGlobal(document, scratch);
+    };
+    return writeJsonConfigFile(controlConfigMutexName, configFilePath(configDirectory, controlConfigFileName),
+                               controlConfigText(config), SafetyCopy::none, readsBack);
 }
 
 bool loadControlGlobal(const std::string& configDirectory, ControlSrvConfig& config)
@@ -35,14 +50,8 @@ bool loadControlGlobal(const std::string& configDirectory, ControlSrvConfig& con
     request.path = configFilePath(configDirectory, controlConfigFileName);
     request.readerName = "loadControlGlobal";
     request.writeDefaults = [&] { saveControlGlobal(configDirectory, config); };
-    const ReadOutcome outcome = readConfigFile(request, [&](nlohmann::json& document) {
-        config.port = document.value("port", config.port);
-        config.modeDB = document.value("modeDB", config.modeDB);
-        config.httpLogger = document.value("httpLogger", config.httpLogger);
-        config.equalLatinCyr = document.value("equalLatinCyr", config.equalLatinCyr);
-        config.notReturnServSymb = document.value("notReturnServSymb", config.notReturnServSymb);
-        config.autoUpdateListsInControl = document.value("autoUpdateListsInControl", config.autoUpdateListsInControl);
-    });
+    const ReadOutcome outcome =
+        readConfigFile(request, [&](nlohmann::json& document) { takeControlGlobal(document, config); });
     // A caught parse or type error still counts as loaded.
     return outcome == ReadOutcome::done || outcome == ReadOutcome::parseError ||
            outcome == ReadOutcome::typeError;

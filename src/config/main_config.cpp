@@ -126,8 +126,14 @@ bool saveConfig(const std::string& configDirectory, MainConfig& config,
 {
     std::vector<std::string> videoStreams;
     const std::string text = mainConfigText(config, streamIds, autoRun, videoStreams);
-    if (!writeConfigFile(mainConfigMutexName, configFilePath(configDirectory, mainConfigFileName), text,
-                         SafetyCopy::keepPrevious))
+    // The reader's key taking runs over the new text into a scratch record, so
+    // a text loadConfig would refuse never replaces the file or its .tmp.
+    auto readsBack = [](nlohmann::json& document) {
+        MainConfig scratch;
+        takeMainConfig(document, scratch, MainConfigFolders{});
+    };
+    if (!writeJsonConfigFile(mainConfigMutexName, configFilePath(configDirectory, mainConfigFileName), text,
+                             SafetyCopy::keepPrevious, readsBack))
         return false;
     config.videoStreams = std::move(videoStreams);
     config.autoRunStreams = std::move(autoRun);

@@ -71,9 +71,41 @@ std::string messengersConfigText(const MessengersConfig& config) {
     return t;
 }
 
-void saveMessengers(const std::string& configDirectory, const MessengersConfig& config) {
-    writeConfigFile(messengersConfigMutexName, configFilePath(configDirectory, messengersConfigFileName),
-                    messengersConfigText(config));
+// The reader's key taking, shared with the writer's read-back check.
+static void takeMessengers(nlohmann::json& j, MessengersConfig& config, std::int32_t controlPort) {
+    config.port = j.value("port", controlPort);
+    config.on = j.value("on", controlPort) != 0;
+    nlohmann::json& channels = j["channels"];
+    const std::size_t count = std::min<std::size_t>(channels.size(), config.channels.size());
+    for (std::size_t i = 0; i < count; ++i) {
+        nlohmann::json& e = channels[i];
+        MessengerChannel& c = config.channels[i];
+        c.name = utf8ToCp1251(e.value("name", std::string()));
+        c.on = e.value("on", false);
+        c.channelID = e.value("channelID", std::int32_t{0});
+        c.typeMessenger = e.value("typeMessenger", std::int32_t{0});
+        c.token.clear();
+        c.token = readToken(e.value("token", std::string()));
+        c.chatID = utf8ToCp1251(e.value("chatID", std::string()));
+        c.delaySame = e.value("delaySame", false);
+        c.delaySameMS = e.value("delaySameMS", std::int32_t{1000});
+        c.delayAny = e.value("delayAny", false);
+        c.delayAnyMS = e.value("delayAnyMS", std::int32_t{1000});
+        c.image = e.value("image", std::int32_t{0});
+        c.server = utf8ToCp1251(e.value("server", std::string()));
+        c.sender = utf8ToCp1251(e.value("sender", std::string()));
+        c.receiver = utf8ToCp1251(e.value("receiver", std::string()));
+        c.port = e.value("port", std::int32_t{465});
+    }
+}
+
+bool saveMessengers(const std::string& configDirectory, const MessengersConfig& config) {
+    auto readsBack = [](nlohmann::json& j) {
+        MessengersConfig scratch;
+        takeMessengers(j, scratch, 0);
+    };
+    return writeJsonConfigFile(messengersConfigMutexName, configFilePath(configDirectory, messengersConfigFileName),
+                               messengersConfigText(config), SafetyCopy::none, readsBack);
 }
 
 void loadMessengers(const std::string& configDirectory, MessengersConfig& config, std::int32_t controlPort) {
@@ -82,32 +114,7 @@ void loadMessengers(const std::string& configDirectory, MessengersConfig& config
     request.path = configFilePath(configDirectory, messengersConfigFileName);
     request.readerName = "loadMessengers";
     request.writeDefaults = [&] { saveMessengers(configDirectory, config); };
-    readConfigFile(request, [&](nlohmann::json& j) {
-        config.port = j.value("port", controlPort);
-        config.on = j.value("on", controlPort) != 0;
-        nlohmann::json& channels = j["channels"];
-        const std::size_t count = std::min<std::size_t>(channels.size(), config.channels.size());
-        for (std::size_t i = 0; i < count; ++i) {
-            nlohmann::json& e = channels[i];
-            MessengerChannel& c = config.channels[i];
-            c.name = utf8ToCp1251(e.value("name", std::string()));
-            c.on = e.value("on", false);
-            c.channelID = e.value("channelID", std::int32_t{0});
-            c.typeMessenger = e.value("typeMessenger", std::int32_t{0});
-            c.token.clear();
-            c.token = readToken(e.value("token", std::string()));
-            c.chatID = utf8ToCp1251(e.value("chatID", std::string()));
-            c.delaySame = e.value("delaySame", false);
-            c.delaySameMS = e.value("delaySameMS", std::int32_t{1000});
-            c.delayAny = e.value("delayAny", false);
-            c.delayAnyMS = e.value("delayAnyMS", std::int32_t{1000});
-            c.image = e.value("image", std::int32_t{0});
-            c.server = utf8ToCp1251(e.value("server", std::string()));
-            c.sender = utf8ToCp1251(e.value("sender", std::string()));
-            c.receiver = utf8ToCp1251(e.value("receiver", std::string()));
-            c.port = e.value("port", std::int32_t{465});
-        }
-    });
+    readConfigFile(request, [&](nlohmann::json& j) { takeMessengers(j, config, controlPort); });
 }
 
 } // namespace vx::config

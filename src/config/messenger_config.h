@@ -42,6 +42,6 @@ std::string messengersConfigText(const MessengersConfig& config);
 // service's port: an old file without "port" or "on" takes it as their
 // value. Failures go to standard error only.
 void loadMessengers(const std::string& configDirectory, MessengersConfig& config, std::int32_t controlPort);
-void saveMessengers(const std::string& configDirectory, const MessengersConfig& config);
+bool saveMessengers(const std::string& configDirectory, const MessengersConfig& config);
 
 } // namespace vx::config

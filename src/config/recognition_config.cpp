@@ -60,9 +60,39 @@ std::string recognitionConfigText(const RecognitionSrvConfig& c) {
     return t;
 }
 
-void saveRecogGlobal(const std::string& configDirectory, const RecognitionSrvConfig& config) {
-    writeConfigFile(recognitionConfigMutexName, configFilePath(configDirectory, recognitionConfigFileName),
-                    recognitionConfigText(config));
+// The reader's key taking, shared with the writer's read-back check.
+static void takeRecogGlobal(nlohmann::json& j, RecognitionSrvConfig& config) {
+    config.minPlateHeight = j.value("minPlateHeight", config.minPlateHeight);
+    config.minPlateWidth = j.value("minPlateWidth", config.minPlateWidth);
+    config.minSymbolsPlate = j.value("minSymbolsPlate", config.minSymbolsPlate);
+    config.maxSymbolsPlate = j.value("maxSymbolsPlate", config.maxSymbolsPlate);
+    config.detectConfThresh = j.value("detectConfThresh", config.detectConfThresh);
+    config.detectConfPerson = j.value("detectConfPerson", config.detectConfPerson);
+    config.detectConfVehicle = j.value("detectConfVehicle", config.detectConfVehicle);
+    // An old file without the key takes the plate length as its object count.
+    config.gpuObjects = j.value("gpuObjects", config.maxSymbolsPlate);
+    config.port = j.value("port", config.port);
+    config.turn = j.value("turn", config.turn);
+    config.gpu = j.value("gpu", config.gpu);
+    config.bigSymbolModel = j.value("bigSymbolModel", config.bigSymbolModel);
+    config.modeConfig = std::clamp<std::int32_t>(j.value("modeConfig", std::int32_t{1}), 0, 3);
+    config.mode = std::clamp<std::int32_t>(j.value("mode", std::int32_t{0}), 0, 1);
+    // The key must hold an array; flags are only ever set here, so a
+    // second read can't switch a country off.
+    for (const auto& code : j["plateTemplates"].get_ref<const nlohmann::json::array_t&>()) {
+        const std::string text = code.get<std::string>();
+        for (std::size_t i = 0; i < plateTemplateCodes.size(); ++i)
+            if (text == plateTemplateCodes[i]) config.templates[i] = true;
+    }
+}
+
+bool saveRecogGlobal(const std::string& configDirectory, const RecognitionSrvConfig& config) {
+    auto readsBack = [](nlohmann::json& j) {
+        RecognitionSrvConfig scratch;
+        takeRecogGlobal(j, scratch);
+    };
+    return writeJsonConfigFile(recognitionConfigMutexName, configFilePath(configDirectory, recognitionConfigFileName),
+                               recognitionConfigText(config), SafetyCopy::none, readsBack);
 }
 
 bool loadRecogGlobal(const std::string& configDirectory, RecognitionSrvConfig& config) {
@@ -71,30 +101,8 @@ bool loadRecogGlobal(const std::string& configDirectory, RecognitionSrvConfig& c
     request.path = configFilePath(configDirectory, recognitionConfigFileName);
     request.readerName = "loadRecogGlobal";
     request.writeDefaults = [&] { saveRecogGlobal(configDirectory, config); };
-    const ReadOutcome outcome = readConfigFile(request, [&config](nlohmann::json& j) {
-        config.minPlateHeight = j.value("minPlateHeight", config.minPlateHeight);
-        config.minPlateWidth = j.value("minPlateWidth", config.minPlateWidth);
-        config.minSymbolsPlate = j.value("minSymbolsPlate", config.minSymbolsPlate);
-        config.maxSymbolsPlate = j.value("maxSymbolsPlate", config.maxSymbolsPlate);
-        config.detectConfThresh = j.value("detectConfThresh", config.detectConfThresh);
-        config.detectConfPerson = j.value("detectConfPerson", config.detectConfPerson);
-        config.detectConfVehicle = j.value("detectConfVehicle", config.detectConfVehicle);
-        // An old file without the key takes the plate length as its object count.
-        config.gpuObjects = j.value("gpuObjects", config.maxSymbolsPlate);
-        config.port = j.value("port", config.port);
-        config.turn = j.value("turn", config.turn);
-        config.gpu = j.value("gpu", config.gpu);
-        config.bigSymbolModel = j.value("bigSymbolModel", config.bigSymbolModel);
-        config.modeConfig = std::clamp<std::int32_t>(j.value("modeConfig", std::int32_t{1}), 0, 3);
-        config.mode = std::clamp<std::int32_t>(j.value("mode", std::int32_t{0}), 0, 1);
-        // The key must hold an array; flags are only ever set here, so a
-        // second read can't switch a country off.
-        for (const auto& code : j["plateTemplates"].get_ref<const nlohmann::json::array_t&>()) {
-            const std::string text = code.get<std::string>();
-            for (std::size_t i = 0; i < plateTemplateCodes.size(); ++i)
-                if (text == plateTemplateCodes[i]) config.templates[i] = true;
-        }
-    });
+    const ReadOutcome outcome =
+        readConfigFile(request, [&config](nlohmann::json& j) { takeRecogGlobal(j, config); });
     return outcome == ReadOutcome::done;
 }
 

@@ -43,6 +43,6 @@ std::string recognitionConfigText(const RecognitionSrvConfig& config);
 // defaults first when the file won't open. False when the file can't be had
 // or can't be read; the fields taken before an error keep their new values.
 bool loadRecogGlobal(const std::string& configDirectory, RecognitionSrvConfig& config);
-void saveRecogGlobal(const std::string& configDirectory, const RecognitionSrvConfig& config);
+bool saveRecogGlobal(const std::string& configDirectory, const RecognitionSrvConfig& config);
 
 } // namespace vx::config

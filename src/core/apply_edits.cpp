@@ -2,6 +2,7 @@
 
 #include "config/text_codec.h"
 #include "core/process_actions.h"
+#include "core/save_failure.h"
 #include "core/state/camera_runtime.h"
 #include "core/stream_files.h"
 #include "liveview/overlay.h"
@@ -72,10 +73,47 @@ void copyStoredToLive(AppState& state)
     state.liveMainConfig = state.storedMainConfig;
 }
 
-void saveMainConfigFile(AppState& state)
+bool saveMainConfigFile(AppState& state)
 {
-    config::saveConfig(state.ConfigDirectory, state.storedMainConfig, state.streams.collectIds(),
-                       state.streams.collectPlanned());
+    return noteSave(config::saveConfig(state.ConfigDirectory, state.storedMainConfig, state.streams.collectIds(),
+                                       state.streams.collectPlanned()),
+                    config::mainConfigFileName);
+}
+
+void showSaveFailure(const EditHooks& hooks, const std::string& fileName)
+{
+    if (hooks.messages)
+        dialogs::showError(*hooks.messages, saveFailedText(fileName));
+}
+
+// The table's three sections of one stream, to put back when its file was
+// not saved.
+struct StreamSections {
+    config::CameraCommon common;
+    config::CameraRecognition recognition;
+    config::CameraControl control;
+};
+
+StreamSections streamSections(const AppState& state, int index)
+{
+    return {state.streams.getConfig(index), state.streams.getRecognition(index), state.streams.getControl(index)};
+}
+
+// The stream's file and the main config after a dialog's OK. When one was not
+// saved the operator is told, the table gets back the sections of `before`
+// (what the file still holds), and the caller leaves the running stream
+// alone: it would only read the old file again.
+bool saveStreamAfterDialog(AppState& state, const EditHooks& hooks, int index, const StreamSections& before)
+{
+    std::string unsaved;
+    if (writeStreamFile(state, index, &unsaved))
+        return true;
+    state.streams.setConfig(index, before.common);
+    state.streams.setRecognition(index, before.recognition);
+    state.streams.setControl(index, before.control);
+    redraw(hooks);
+    showSaveFailure(hooks, unsaved);
+    return false;
 }
 
 void startOrStop(AppState& state, const EditHooks& hooks, int index)
@@ -97,6 +135,7 @@ void editStreamSettings(AppState& state, const EditHooks& hooks, int index)
     const config::CameraCommon before = state.scratchConfig;
     if (!openDialog(hooks.streamDialog))
         return;
+    const StreamSections sections = streamSections(state, index);
     const std::string name = state.scratchConfig.videoName;
     if (state.streams.setConfig(index, state.scratchConfig) != 0) {
         state.status.set(utf8ToCp1251("Ошибка изменения видеопотока!"));
@@ -107,7 +146,8 @@ void editStreamSettings(AppState& state, const EditHooks& hooks, int index)
     // The recognition and control sections carry no name of their own here:
     // the file takes the new name from the Common section.
     copyStoredToLive(state);
-    writeStreamFile(state, index);
+    if (!saveStreamAfterDialog(state, hooks, index, sections))
+        return;
     VX_LOG(logTrace, "editCamera changed: " + name);
     if (state.streams.isRunning(index) == 1) {
         VX_LOG(logTrace, "editCamera signal to " + name);
@@ -120,6 +160,7 @@ void editRecognition(AppState& state, const EditHooks& hooks, int index)
     prepare(state, index, FileSection::recognition);
     if (!openDialog(hooks.recognitionDialog))
         return;
+    const StreamSections sections = streamSections(state, index);
     const std::string name = state.scratchConfig.videoName;
     if (state.streams.setRecognition(index, state.scratchRecognition) != 0) {
         state.status.set(utf8ToCp1251("Ошибка изменения парметров распознавания видеопотока!"));
@@ -128,7 +169,8 @@ void editRecognition(AppState& state, const EditHooks& hooks, int index)
     // The dialog also edits a flag of the Common section.
     state.streams.setConfig(index, state.scratchConfig);
     setStatus(state, "Изменены параметры распознавания видеопотока ", name);
-    writeStreamFile(state, index);
+    if (!saveStreamAfterDialog(state, hooks, index, sections))
+        return;
     if (state.streams.isRunning(index) == 1) {
         VX_LOG(logTrace, "editCameraRecph signal to " + name);
         // There is no finer signal for recognition settings: always a restart.
@@ -142,6 +184,7 @@ void editSignals(AppState& state, const EditHooks& hooks, int index)
     prepare(state, index, FileSection::control);
     if (!openDialog(hooks.signalsDialog))
         return;
+    const StreamSections sections = streamSections(state, index);
     const bool report = state.reportRequested;
     state.reportRequested = false;
     const std::string name = state.scratchConfig.videoName;
@@ -150,7 +193,8 @@ void editSignals(AppState& state, const EditHooks& hooks, int index)
         return;
     }
     setStatus(state, "Изменены параметры управления видеопотока ", name);
-    writeStreamFile(state, index);
+    if (!saveStreamAfterDialog(state, hooks, index, sections))
+        return;
     VX_LOG(logTrace, "editCamera changed control: " + name);
     auto request = hooks.requestControl;
     if (report) {
@@ -354,9 +398,19 @@ void addStreamFromTile(AppState& state, const EditHooks& hooks)
     working.common = scratch;
     working.recognition = recognition;
     working.control = control;
-    config::saveCamera(config::cameraFilePath(state.ConfigDirectory, id), working, state.recognitionConfig.port,
-                       state.controlConfig.port);
-    saveMainConfigFile(state);
+    if (!noteSave(config::saveCamera(config::cameraFilePath(state.ConfigDirectory, id), working,
+                                     state.recognitionConfig.port, state.controlConfig.port),
+                  config::cameraFileName(id))) {
+        // A stream without its file would be listed in the main config and
+        // fail at the next start: it goes again.
+        std::string removed;
+        state.streams.removeStream(state.streams.size() - 1, removed);
+        redraw(hooks);
+        showSaveFailure(hooks, config::cameraFileName(id));
+        return;
+    }
+    if (!saveMainConfigFile(state))
+        showSaveFailure(hooks, config::mainConfigFileName);
     copyStoredToLive(state);
     VX_LOG(logTrace, "editCamera add: " + scratch.videoName);
     auto request = hooks.requestControl;

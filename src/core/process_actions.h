@@ -18,7 +18,9 @@ struct ProcessActions {
     std::function<void(int index)> videoStart;
     std::function<void(int index)> videoStop;
     std::function<bool()> messengerOn;       // the messenger service is switched on
-    std::function<void()> saveMainConfig;
+    // Writes the main config from the live record; false when it was not
+    // saved (already logged).
+    std::function<bool()> saveMainConfig;
     // Starts a task asynchronously; std::async unless a test says otherwise.
     std::function<std::future<void>(std::function<void()>)> launch;
 };

@@ -2,6 +2,7 @@
 
 #include "config/text_codec.h"
 #include "core/main_commands.h"
+#include "core/save_failure.h"
 #include "core/stream_files.h"
 #include "core/video_quota.h"
 #include "maintenance/log_buffer.h"
@@ -16,6 +17,21 @@ namespace {
 std::string cp1251(const char* utf8)
 {
     return config::utf8ToCp1251(utf8);
+}
+
+void showSaveFailure(const SettingsHooks& hooks, const std::string& fileName)
+{
+    if (hooks.showMessage)
+        hooks.showMessage(cp1251("Сообщение"), saveFailedText(fileName));
+}
+
+// A service file after its dialog's OK: logged and shown when not saved.
+bool saveServiceFile(const SettingsHooks& hooks, bool saved, const std::string& fileName)
+{
+    if (noteSave(saved, fileName))
+        return true;
+    showSaveFailure(hooks, fileName);
+    return false;
 }
 
 void clearStatus(AppState& state)
@@ -37,10 +53,13 @@ void requestService(AppState& state, const ProcessActions& actions, const Proces
     launchTask(state, actions, [request, restart] { request("/StopServer", restart); });
 }
 
-void saveMain(const ProcessActions& actions)
+// The main config after a dialog's OK; a failed save is the operator's to know.
+bool saveMain(const ProcessActions& actions, const SettingsHooks& hooks)
 {
-    if (actions.saveMainConfig)
-        actions.saveMainConfig();
+    if (!actions.saveMainConfig || actions.saveMainConfig())
+        return true;
+    showSaveFailure(hooks, config::mainConfigFileName);
+    return false;
 }
 
 } // namespace
@@ -84,7 +103,7 @@ void editSettings(AppState& state, const ProcessActions& actions, const Settings
                 hooks.showMessage(cp1251("Сообщение"), cp1251("Невозможно снять/установить автозапуск Менеджера!"));
         }
     }
-    saveMain(actions);
+    const bool saved = saveMain(actions, hooks);
     if (maintenance::LogBuffer* log = maintenance::systemLog())
         log->setMinLevel(maintenance::clampLogLevel(live.systemLevel));
     VX_LOG(maintenance::logTrace, "Global config changed!");
@@ -92,7 +111,8 @@ void editSettings(AppState& state, const ProcessActions& actions, const Settings
         auto request = actions.threadRequestsToDirect;
         hooks.spawn([request] { request("/UpdateConfig", false); });
     }
-    state.status.set(cp1251("Настройки сохранены!"));
+    if (saved)
+        state.status.set(cp1251("Настройки сохранены!"));
     if (hooks.replaceVideoQuota)
         hooks.replaceVideoQuota();
 }
@@ -109,10 +129,16 @@ void editMessengers(AppState& state, const ProcessActions& actions, const Settin
     const bool apply = hooks.dialogs.messengers && hooks.dialogs.messengers(working, channelsChanged);
     if (!apply && !channelsChanged)
         return;
+    const config::MessengersConfig before = state.messengersConfig;
     state.messengersConfig.port = working.port;
     state.messengersConfig.on = working.on;
     state.messengersConfig.channels = working.channels;
-    config::saveMessengers(state.ConfigDirectory, state.messengersConfig);
+    if (!saveServiceFile(hooks, config::saveMessengers(state.ConfigDirectory, state.messengersConfig),
+                         config::messengersConfigFileName)) {
+        // The record stays what the file holds; the dialog's copy keeps the edits.
+        state.messengersConfig = before;
+        return;
+    }
     if (!apply)
         return;
     // "/StopServer" goes out even to a service that isn't running.
@@ -130,8 +156,14 @@ void editRecognitionService(AppState& state, const ProcessActions& actions, cons
         clearStatus(state);
         return;
     }
+    const config::RecognitionSrvConfig before = state.recognitionConfig;
     state.recognitionConfig = working;
-    config::saveRecogGlobal(state.ConfigDirectory, state.recognitionConfig);
+    if (!saveServiceFile(hooks, config::saveRecogGlobal(state.ConfigDirectory, state.recognitionConfig),
+                         config::recognitionConfigFileName)) {
+        // The service and the stream files go on with what the file holds.
+        state.recognitionConfig = before;
+        return;
+    }
     state.status.set(cp1251("Отправлена команда для перезапуска сервиса распознавания!"));
     // The restart reads the new port from the record, and the client follows.
     requestService(state, actions, actions.threadRequests, true);
@@ -149,8 +181,10 @@ void editControlService(AppState& state, const ProcessActions& actions, const Se
         clearStatus(state);
         return;
     }
+    if (!saveServiceFile(hooks, config::saveControlGlobal(state.ConfigDirectory, working),
+                         config::controlConfigFileName))
+        return;   // the record stays what the file holds
     state.controlConfig = working;
-    config::saveControlGlobal(state.ConfigDirectory, state.controlConfig);
     state.status.set(cp1251("Отправлена команда для перезапуска сервиса управления!"));
     // The request's value (-1) is a form field of the POSTs only; "/StopServer" is a GET.
     requestService(state, actions, actions.threadRequestsToDirect, true);
@@ -166,7 +200,7 @@ void editProcessControl(AppState& state, const ProcessActions& actions, const Se
         clearStatus(state);
         return;
     }
-    saveMain(actions);
+    saveMain(actions, hooks);
     if (!before && live.globalRestart) {
         state.restartControl = 10;
         state.status.set(cp1251("Контроля перезапуска включен!"));

@@ -6,6 +6,7 @@
 #include "config/control_config.h"
 #include "config/main_config.h"
 #include "config/text_codec.h"
+#include "core/save_failure.h"
 #include "maintenance/crash_capture.h"
 #include "maintenance/system_log.h"
 
@@ -93,11 +94,12 @@ void loadControlConfigStep(AppState& state, const StartupHooks& hooks)
     show(hooks, messageTitle, controlConfigFailed);
 }
 
-void saveMainConfig(AppState& state)
+bool saveMainConfig(AppState& state)
 {
     state.storedMainConfig = state.liveMainConfig;
-    config::saveConfig(state.ConfigDirectory, state.storedMainConfig, state.streams.collectIds(),
-                       state.streams.collectPlanned());
+    return noteSave(config::saveConfig(state.ConfigDirectory, state.storedMainConfig, state.streams.collectIds(),
+                                       state.streams.collectPlanned()),
+                    config::mainConfigFileName);
 }
 
 } // namespace vx::core

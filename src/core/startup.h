@@ -41,7 +41,8 @@ void loadControlConfigStep(AppState& state, const StartupHooks& hooks);
 
 // Whenever a main config field changes: the live copy becomes the stored
 // one, and the stored one is written with the stream table's identifiers
-// and planned flags, in table order.
-void saveMainConfig(AppState& state);
+// and planned flags, in table order. False (and an ERROR line) when the file
+// was not saved.
+bool saveMainConfig(AppState& state);
 
 } // namespace vx::core

@@ -2,6 +2,7 @@
 
 #include "config/camera_config.h"
 #include "config/main_config.h"
+#include "core/save_failure.h"
 
 namespace vx::core {
 
@@ -11,19 +12,26 @@ bool loadStreamFile(AppState& state, std::int32_t id)
                               state.liveMainConfig.videoChunk);
 }
 
-void writeStreamFile(AppState& state, std::int32_t index)
+bool writeStreamFile(AppState& state, std::int32_t index, std::string* unsavedFile)
 {
     // A default record for a bad index would land in vx_stream0.json.
     if (!state.streams.validIndex(index))
-        return;
+        return true;
     config::CameraConfig& working = state.workingCamera;
     working.common = state.streams.getConfig(index);
     working.recognition = state.streams.getRecognition(index);
     working.control = state.streams.getControl(index);
-    config::saveCamera(config::cameraFilePath(state.ConfigDirectory, working.common.ID), working,
-                       state.recognitionConfig.port, state.controlConfig.port);
-    config::saveConfig(state.ConfigDirectory, state.storedMainConfig, state.streams.collectIds(),
-                       state.streams.collectPlanned());
+    const std::string cameraFile = config::cameraFileName(working.common.ID);
+    const bool cameraSaved = noteSave(config::saveCamera(config::cameraFilePath(state.ConfigDirectory, working.common.ID),
+                                                         working, state.recognitionConfig.port,
+                                                         state.controlConfig.port),
+                                      cameraFile);
+    const bool mainSaved = noteSave(config::saveConfig(state.ConfigDirectory, state.storedMainConfig,
+                                                       state.streams.collectIds(), state.streams.collectPlanned()),
+                                    config::mainConfigFileName);
+    if (unsavedFile && !(cameraSaved && mainSaved))
+        *unsavedFile = cameraSaved ? config::mainConfigFileName : cameraFile;
+    return cameraSaved && mainSaved;
 }
 
 void rewriteAllStreams(AppState& state)

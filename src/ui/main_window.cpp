@@ -138,7 +138,7 @@ core::SettingsHooks settingsHooks(MainWindow* window, core::AppState& state)
 MainWindow::MainWindow(core::AppState& state, QWidget* parent) : QMainWindow(parent), state_(state)
 {
     actions_.launch = core::launchAsync;
-    actions_.saveMainConfig = [this] { core::saveMainConfig(state_); };
+    actions_.saveMainConfig = [this] { return core::saveMainConfig(state_); };
     services_ = supervision::makeServiceContext(state_);
     liveView_ = std::make_shared<liveview::LiveView>();
     core::connectServiceActions(actions_, services_, state_);

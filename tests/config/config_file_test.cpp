@@ -100,12 +100,18 @@ TEST_F(ConfigFile, SafetyCopyHoldsThePreviousSave) {
     EXPECT_EQ(readBytes(folder_.path() / "vx_main_config.json.tmp"), "second");
 }
 
-TEST_F(ConfigFile, UnopenableTargetWritesAndReportsNothing) {
+TEST_F(ConfigFile, UnwritableTargetWritesNothingAndSaysSo) {
     CapturedStderr err;
     EXPECT_FALSE(writeConfigFile(controlConfigMutexName, pathOf("missing/vx_control_config.json"), "x"));
     std::filesystem::create_directory(folder_.path() / "a_folder");
     EXPECT_FALSE(writeConfigFile(controlConfigMutexName, pathOf("a_folder"), "x"));
-    EXPECT_EQ(err.text(), "");
+    EXPECT_EQ(err.text().rfind("Failed to write config file " + pathOf("missing/vx_control_config.json") + ": ", 0),
+              0u) << err.text();
+    EXPECT_NE(err.text().find("Failed to write config file " + pathOf("a_folder") + ": "), std::string::npos);
+    EXPECT_EQ(std::vector<std::filesystem::path>{},
+              std::vector<std::filesystem::path>(std::filesystem::directory_iterator(folder_.path() / "a_folder"),
+                                                 {}));
+    EXPECT_FALSE(std::filesystem::exists(folder_.path() / "a_folder.new")) << "temporary file left";
     EXPECT_FALSE(std::filesystem::exists(folder_.path() / "missing"));
     EXPECT_TRUE(std::filesystem::is_directory(folder_.path() / "a_folder"));
     EXPECT_TRUE(freeForOtherThreads(controlConfigMutexName)) << "lock left held";

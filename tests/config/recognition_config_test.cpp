@@ -205,12 +205,13 @@ TEST_F(RecognitionConfigFile, TemplateFlagsAreOnlyEverSet)
     EXPECT_NE(recognitionConfigText(config).find("\"plateTemplates\":[\"ru\",\"by\",\"abh\"]\n"), std::string::npos);
 }
 
-TEST_F(RecognitionConfigFile, UnwritableFolderFailsWithoutAMessage)
+TEST_F(RecognitionConfigFile, UnwritableFolderFailsAndTheDefaultsWriteSaysSo)
 {
     RecognitionSrvConfig config;
     test::CapturedStderr err;
     EXPECT_FALSE(loadRecogGlobal(dir() + "/missing", config));
-    EXPECT_EQ(err.text(), "");
+    EXPECT_EQ(err.text().rfind("Failed to write config file " + dir() + "/missing/vx_recog_config_srv.json: ", 0), 0u)
+        << err.text();
 }
 
 } // namespace

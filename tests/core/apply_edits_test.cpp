@@ -6,6 +6,7 @@
 #include <filesystem>
 
 #include "core/edit_fixture.h"
+#include "support/captured_stderr.h"
 #include "core/stream_files.h"
 
 using namespace vx;
@@ -292,4 +293,40 @@ TEST(ApplyEdits, RewriteAllStreamsWritesTheServicesPorts)
     rewriteAllStreams(w.state);
     EXPECT_EQ(w.readFile(0).control.ControlPortServer, 4321);
     EXPECT_EQ(w.readFile(5).control.ControlPortServer, 4321);
+}
+
+// A stream file that is not saved (can't be written, or its text would not
+// read back) is shown after the dialog's OK, and the running stream is left
+// alone; a new stream whose file was not saved is not kept.
+TEST(ApplyEdits, AFailedStreamSaveIsShownAndNothingActsOnIt)
+{
+    test::EditWorld w;
+    w.addStream(0, cp("Въезд"));
+    w.setRunning(0, true);
+    const std::string before = test::readFileBytes(std::filesystem::path(w.configs()) / "vx_stream0.json");
+    const dialogs::Message failed{cp("Сообщение"), cp("Не удалось сохранить файл vx_stream0.json!")};
+
+    w.streamDialog = [](ScratchCommon& s) { s.videoName = cp("Въезд \"1\""); return true; };
+    w.click(0, 1);
+    ASSERT_EQ(w.messages.shown.size(), 1u);
+    EXPECT_EQ(w.messages.shown[0].title, failed.title);
+    EXPECT_EQ(w.messages.shown[0].text, failed.text);
+    EXPECT_EQ(w.calls, (Calls{"stream dialog", "redraw", "redraw"}));
+    EXPECT_EQ(w.state.streams.getConfig(0).videoName, cp("Въезд")) << "the table keeps what the file holds";
+
+    std::filesystem::create_directory(std::filesystem::path(w.configs()) / "vx_stream0.json.new");
+    w.calls.clear();
+    w.click(0, 2);
+    ASSERT_EQ(w.messages.shown.size(), 2u);
+    EXPECT_EQ(w.messages.shown[1].text, failed.text);
+    EXPECT_EQ(w.calls, (Calls{"recognition dialog", "redraw"}));
+    EXPECT_EQ(test::readFileBytes(std::filesystem::path(w.configs()) / "vx_stream0.json"), before);
+
+    std::filesystem::create_directory(std::filesystem::path(w.configs()) / "vx_stream1.json.new");
+    w.streamDialog = [](ScratchCommon&) { return true; };
+    w.click(liveview::addTile, 0);
+    ASSERT_EQ(w.messages.shown.size(), 3u);
+    EXPECT_EQ(w.messages.shown[2].text, cp("Не удалось сохранить файл vx_stream1.json!"));
+    EXPECT_EQ(w.state.streams.size(), 1);
+    EXPECT_EQ(readMain(w.configs()).videoStreams, std::vector<std::string>{"vx_stream0.json"});
 }

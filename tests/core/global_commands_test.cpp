@@ -30,7 +30,7 @@ struct Recorder {
         a.videoStart = [this](int i) { calls.push_back("start " + std::to_string(i)); };
         a.videoStop = [this](int i) { calls.push_back("stop " + std::to_string(i)); };
         a.messengerOn = [messengerOn] { return messengerOn; };
-        a.saveMainConfig = [this] { calls.push_back("save"); };
+        a.saveMainConfig = [this] { calls.push_back("save"); return true; };
         return a;
     }
 };
@@ -89,7 +89,7 @@ TEST(GlobalCommands, SaveSeesTheNewStartStatus)
     Recorder r;
     ProcessActions a = r.actions(false);
     bool seen = false;
-    a.saveMainConfig = [&] { seen = state.liveMainConfig.startStatus; };
+    a.saveMainConfig = [&] { seen = state.liveMainConfig.startStatus; return true; };
     startAll(state, a);
     EXPECT_TRUE(seen);
 }

@@ -147,7 +147,7 @@ protected:
         std::filesystem::create_directories(dir.path() / "bin" / "configs");
         state.baseDirectory = dir.path() / "bin";
         state.ConfigDirectory = (dir.path() / "bin" / "configs").string();
-        actions.saveMainConfig = [this] { saveMainConfig(state); };
+        actions.saveMainConfig = [this] { return saveMainConfig(state); };
         hooks = r.hooks();
         hooks.setAutorun = systemCommandHooks().setAutorun;
         // The main config exists before, as on any installation that ran once.

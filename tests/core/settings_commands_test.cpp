@@ -35,7 +35,7 @@ protected:
         state.liveMainConfig.recogLogPath = dir.path().string();
         actions.saveMainConfig = [this] {
             calls.push_back("save");
-            saveMainConfig(state);
+            return saveMainConfig(state);
         };
         auto note = [this](const char* service) {
             return [this, service](const std::string& path, bool restart) {
@@ -231,6 +231,43 @@ TEST_F(SettingsCommands, ControlServiceRestartsAndRewritesStreamsOnlyForANewPort
     EXPECT_TRUE(calls.empty());
     EXPECT_EQ(state.status.get(), "");
     EXPECT_EQ(state.controlConfig.port, 2345);
+}
+
+// A file that can't be written (its ".new" is taken by a folder): the
+// operator is told after the OK, nothing is restarted, the record keeps what
+// the file holds and the settings aren't announced as saved.
+TEST_F(SettingsCommands, AFailedSaveIsShownAndNothingActsOnIt)
+{
+    struct Case {
+        const char* file;
+        std::function<void()> edit;
+    };
+    hooks.dialogs.settings = [](config::MainConfig& record) { record.xWindow = 5; return true; };
+    hooks.dialogs.recognition = [](config::RecognitionSrvConfig& working) { working.port = 4444; return true; };
+    hooks.dialogs.control = [](config::ControlSrvConfig& working) { working.port = 5555; return true; };
+    hooks.dialogs.messengers = [](config::MessengersConfig& working, bool&) { working.port = 6666; return true; };
+    const std::vector<Case> cases = {
+        {"vx_main_config.json", [this] { editSettings(state, actions, hooks); }},
+        {"vx_recog_config_srv.json", [this] { editRecognitionService(state, actions, hooks); }},
+        {"vx_control_config.json", [this] { editControlService(state, actions, hooks); }},
+        {"vx_mess_config.json", [this] { editMessengers(state, actions, hooks); }},
+    };
+    for (const Case& c : cases) {
+        std::filesystem::create_directories(dir.path() / "configs" / (std::string(c.file) + ".new"));
+        calls.clear();
+        state.status.set("x");
+        c.edit();
+        EXPECT_NE(std::find(calls.begin(), calls.end(),
+                            std::string("message Сообщение: Не удалось сохранить файл ") + c.file + "!"),
+                  calls.end()) << c.file;
+        EXPECT_EQ(std::count_if(calls.begin(), calls.end(), [](const std::string& call) {
+                      return call.find("/StopServer") != std::string::npos || call == "rewrite streams";
+                  }), 0) << c.file;
+    }
+    EXPECT_NE(state.status.get(), cp("Настройки сохранены!"));
+    EXPECT_NE(state.recognitionConfig.port, 4444);
+    EXPECT_NE(state.controlConfig.port, 5555);
+    EXPECT_NE(state.messengersConfig.port, 6666);
 }
 
 // The recognition service on its old port; the dialog gives it a new one.

@@ -126,7 +126,7 @@ TEST_F(MainWindowTest, StartAndStopButtonsRunTheGlobalCommands)
     window.services().process.start = [](const platform::ProcessStartInfo&) { return nullptr; };
     window.services().sleep = [](int) {};
     int saves = 0;
-    window.actions().saveMainConfig = [&] { ++saves; };
+    window.actions().saveMainConfig = [&] { ++saves; return true; };
     qobject_cast<QPushButton*>(window.control(idStartAll))->click();
     EXPECT_TRUE(state.liveMainConfig.startStatus);
     EXPECT_EQ(window.statusBar()->currentMessage(), literal("Запущено всё!"));
