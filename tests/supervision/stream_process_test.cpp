@@ -51,10 +51,12 @@ struct StreamWorld {
     }
     ~StreamWorld()
     {
-        for (const std::string& entry : entries)
-            while (long pid = findProcessByArg(control, streamImageName(), firstArg(entry)))
-                if (!platform::terminateProcess(pid) || !test::waitFor([&] { return !findProcessByArg(control, streamImageName(), firstArg(entry)); }, 5000))
-                    break;
+        // Every process of every stream, also a second copy of one.
+        for (const std::string& entry : entries) {
+            for (long pid : findProcessesByArg(control, streamImageName(), firstArg(entry)))
+                platform::terminateProcess(pid);
+            test::waitFor([&] { return findProcessesByArg(control, streamImageName(), firstArg(entry)).empty(); }, 5000);
+        }
     }
     std::string firstArg(const std::string& entry) const { return (root.path() / "configs").string() + "/" + entry; }
     std::string name(int k) const { return "Поток " + std::to_string(baseId + k); }
