@@ -37,7 +37,7 @@ void startAll(AppState& state, const ProcessActions& actions)
     if (actions.saveMainConfig)
         actions.saveMainConfig();
     state.status.set(config::utf8ToCp1251("Запущено всё!"));
-    const std::vector<bool> planned = state.streams.collectPlanned();
+    const std::vector<bool> planned = state.streams.tablePlanned();
     for (size_t i = 0; i < planned.size(); ++i) {
         if (planned[i] && actions.videoStart) {
             const int index = static_cast<int>(i);

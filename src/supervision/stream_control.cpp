@@ -1,11 +1,13 @@
 #include "supervision/stream_control.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <chrono>
 #include <iostream>
 #include <map>
 #include <thread>
 
+#include "config/camera_config.h"
 #include "config/text_codec.h"
 #include "core/state/app_state.h"
 #include "maintenance/system_log.h"
@@ -103,11 +105,6 @@ char32_t lowerLetter(char32_t c)
     return c;
 }
 
-std::vector<std::int32_t> streamIdList(const core::StreamTable& table)
-{
-    return table.collectIds();
-}
-
 } // namespace
 
 std::string streamImageName()
@@ -122,35 +119,74 @@ std::string streamCommandLine(const std::string& configDirectory, const std::str
            systemLogPath + platform::pathSeparator + "vxVideoStreamLog" + std::to_string(id) + ".txt\"";
 }
 
-void videoStart(StreamControl& control, std::int32_t index, std::int32_t id)
+std::shared_ptr<std::mutex> StreamLocks::of(std::int32_t id)
 {
-    const StreamSettings settings = control.settings();
+    std::lock_guard<std::mutex> lock(mutex);
+    std::shared_ptr<std::mutex>& m = byId[id];
+    if (!m)
+        m = std::make_shared<std::mutex>();
+    return m;
+}
+
+namespace {
+
+// The entry of videoStreams that names the stream with this ID.
+const std::string* entryOf(const std::vector<std::string>& entries, std::int32_t id)
+{
+    for (const std::string& entry : entries)
+        if (static_cast<std::int32_t>(streamIdFromEntry(entry)) == id)
+            return &entry;
+    return nullptr;
+}
+
+// A stream's first argument, as its command line carries it (UTF-8).
+std::string firstArgOf(const StreamSettings& settings, const std::string& entry)
+{
+    return config::cp1251ToUtf8(settings.configDirectory + "/" + entry);
+}
+
+bool inTable(const std::vector<std::int32_t>& ids, std::int32_t id)
+{
+    return std::find(ids.begin(), ids.end(), id) != ids.end();
+}
+
+std::mutex& lockOf(StreamControl& control, std::int32_t id, std::shared_ptr<std::mutex>& keep)
+{
+    if (!control.locks)
+        control.locks = std::make_shared<StreamLocks>();
+    keep = control.locks->of(id);
+    return *keep;
+}
+
+struct ProcessScan {
+    std::vector<platform::ProcessEntry> processes;
+    std::map<long, std::string> commandLines;
+    bool taken = false;
+};
+
+std::vector<long> findProcessesIn(StreamControl& control, ProcessScan& scan, const std::string& exeName,
+                                  const std::string& firstArg, bool firstOnly);
+
+// Starts the stream; the caller holds the stream's lock. With `checkRunning`
+// a stream whose process runs already is left as it is.
+void startStream(StreamControl& control, std::int32_t index, std::int32_t id, const StreamSettings& settings,
+                 const std::vector<std::int32_t>& ids, bool checkRunning)
+{
     const std::vector<std::string>& entries = settings.mainConfig.videoStreams;
-    const std::vector<std::int32_t> ids = control.table ? streamIdList(*control.table) : std::vector<std::int32_t>{};
-    const auto entryCount = static_cast<std::int64_t>(entries.size());
-    if (id == -1 && !(index >= 0 && index < entryCount)) {
-        VX_LOG(logError, "videoStart index " + std::to_string(index) + " error!");
-        return;
-    }
-    if (id != -1) {
-        for (std::size_t i = 0; i < ids.size(); ++i) {
-            if (ids[i] == id) {
-                index = static_cast<std::int32_t>(i);
-                break;
-            }
-        }
-        // An ID that isn't found leaves the index as it came: videoStart(0, 7)
-        // with no stream 7 starts position 0 under ID 7, as it always has.
-        if (!(index >= 0 && index < entryCount)) {
-            VX_LOG(logError, "videoStart index " + std::to_string(index) + " error!");
+    // The stream's own entry when the list names it; the list may hold
+    // streams whose file didn't load, so positions can differ from the table's.
+    const std::string* entry = inTable(ids, id) ? entryOf(entries, id) : nullptr;
+    if (!entry)
+        entry = &entries[static_cast<std::size_t>(index)];
+    if (checkRunning && control.listProcesses) {
+        ProcessScan scan;
+        if (!findProcessesIn(control, scan, streamImageName(), firstArgOf(settings, *entry), true).empty()) {
+            VX_LOG(logTrace, "videoStart ID" + std::to_string(id) + " already running!");
             return;
         }
     }
-    if (id == -1 && static_cast<std::size_t>(index) < ids.size())
-        id = ids[static_cast<std::size_t>(index)];
-
     platform::ProcessStartInfo info;
-    info.commandLine = config::cp1251ToUtf8(streamCommandLine(settings.configDirectory, entries[index],
+    info.commandLine = config::cp1251ToUtf8(streamCommandLine(settings.configDirectory, *entry,
                                                               settings.mainConfig.videoPath,
                                                               settings.mainConfig.systemLogPath, id));
     info.workingDirectory = settings.baseDirectory;
@@ -173,26 +209,92 @@ void videoStart(StreamControl& control, std::int32_t index, std::int32_t id)
     VX_LOG(logTrace, "videoStart ID" + std::to_string(id) + " ok!");
 }
 
-void videoStop(StreamControl& control, std::int32_t index)
+// Resolves the stream a start means; false (logged) when there is none.
+bool resolveStart(const StreamSettings& settings, const std::vector<std::int32_t>& ids, std::int32_t& index,
+                  std::int32_t& id)
+{
+    const auto entryCount = static_cast<std::int64_t>(settings.mainConfig.videoStreams.size());
+    if (id == -1 && !(index >= 0 && index < entryCount)) {
+        VX_LOG(logError, "videoStart index " + std::to_string(index) + " error!");
+        return false;
+    }
+    if (id != -1) {
+        for (std::size_t i = 0; i < ids.size(); ++i) {
+            if (ids[i] == id) {
+                index = static_cast<std::int32_t>(i);
+                break;
+            }
+        }
+        // An ID that isn't found leaves the index as it came: videoStart(0, 7)
+        // with no stream 7 starts position 0 under ID 7, as it always has.
+        if (!(index >= 0 && index < entryCount)) {
+            VX_LOG(logError, "videoStart index " + std::to_string(index) + " error!");
+            return false;
+        }
+    }
+    if (id == -1 && static_cast<std::size_t>(index) < ids.size())
+        id = ids[static_cast<std::size_t>(index)];
+    return true;
+}
+
+void startLocked(StreamControl& control, std::int32_t index, std::int32_t id)
+{
+    const StreamSettings settings = control.settings();
+    const std::vector<std::int32_t> ids = control.table ? control.table->tableIds() : std::vector<std::int32_t>{};
+    if (!resolveStart(settings, ids, index, id))
+        return;
+    startStream(control, index, id, settings, ids, true);
+}
+
+void stopLocked(StreamControl& control, std::int32_t index)
 {
     core::StreamTable* table = control.table;
-    const platform::WindowHandle window =
-        table && table->validIndex(index) ? table->record(index).channel.window : 0;
-    if (window == 0) {
+    const bool known = table && table->validIndex(index);
+    const core::CameraRuntime record = known ? table->record(index) : core::CameraRuntime{};
+    const platform::WindowHandle window = record.channel.window;
+    // Every process started for this stream, whatever became of its window.
+    const StreamSettings settings = control.settings();
+    const std::string* listed = entryOf(settings.mainConfig.videoStreams, record.id);
+    const std::string firstArg = firstArgOf(settings, listed ? *listed : config::cameraFileName(record.id));
+    auto processes = [&] {
+        ProcessScan scan;
+        return known && control.listProcesses ? findProcessesIn(control, scan, streamImageName(), firstArg, false)
+                                              : std::vector<long>{};
+    };
+    std::vector<long> found = window == 0 ? processes() : std::vector<long>{};
+    if (window == 0 && found.empty()) {
         VX_LOG(logWarning, "videoStop index " + std::to_string(index) + " not found!");
         return;
     }
-    const int timeoutMs = table->record(index).channel.timeoutMs;
-    const CommandNotParams quit("", "quit");
-    if (control.sendText)
-        control.sendText(window, quit.text(), timeoutMs);
-    else
-        sendText(window, quit.text(), timeoutMs);
-    pause(control, control.stopWaitMs);
-    const long owner = control.windowOwner ? control.windowOwner(window) : 0;
-    if (owner != 0) {
-        if (!(control.terminate && control.terminate(owner)))
-            std::cerr << "videoStop error " << errno << std::endl;
+    bool ended = false;
+    if (window != 0) {
+        const CommandNotParams quit("", "quit");
+        if (control.sendText)
+            control.sendText(window, quit.text(), record.channel.timeoutMs);
+        else
+            sendText(window, quit.text(), record.channel.timeoutMs);
+        pause(control, control.stopWaitMs);
+        const long owner = control.windowOwner ? control.windowOwner(window) : 0;
+        if (owner != 0) {
+            if (!(control.terminate && control.terminate(owner)))
+                std::cerr << "videoStop error " << errno << std::endl;
+            ended = true;
+        }
+        found = processes();
+    }
+    // Processes the window didn't lead to: a second copy, or one whose
+    // window the table hasn't found yet.
+    for (int waited = 0; !found.empty(); waited += 50) {
+        for (long pid : found)
+            if (control.terminate)
+                control.terminate(pid);
+        ended = true;
+        if (waited >= control.stopGoneMs)
+            break;
+        pause(control, 50);
+        found = processes();
+    }
+    if (ended) {
         // The table may have shrunk during the wait.
         table->withDrawLock([&](std::vector<core::CameraRuntime>& records) {
             std::lock_guard<std::mutex> lock(table->streamTableLock());
@@ -203,10 +305,36 @@ void videoStop(StreamControl& control, std::int32_t index)
     VX_LOG(logInfo, "videoStop index " + std::to_string(index) + " made!");
 }
 
+// The ID a start by position or by ID will work on, for its lock.
+std::int32_t startKey(StreamControl& control, std::int32_t index, std::int32_t id)
+{
+    if (id != -1)
+        return id;
+    return control.table ? control.table->record(index).id : -1;
+}
+
+} // namespace
+
+void videoStart(StreamControl& control, std::int32_t index, std::int32_t id)
+{
+    std::shared_ptr<std::mutex> keep;
+    std::lock_guard<std::mutex> lock(lockOf(control, startKey(control, index, id), keep));
+    startLocked(control, index, id);
+}
+
+void videoStop(StreamControl& control, std::int32_t index)
+{
+    std::shared_ptr<std::mutex> keep;
+    std::lock_guard<std::mutex> lock(lockOf(control, startKey(control, index, -1), keep));
+    stopLocked(control, index);
+}
+
 void videoRestart(StreamControl& control, std::int32_t index)
 {
-    videoStop(control, index);
-    videoStart(control, index, -1);
+    std::shared_ptr<std::mutex> keep;
+    std::lock_guard<std::mutex> lock(lockOf(control, startKey(control, index, -1), keep));
+    stopLocked(control, index);
+    startLocked(control, index, -1);
 }
 
 std::string normalizeArg(const std::string& text)
@@ -240,16 +368,11 @@ bool sameTextIgnoringCase(const std::string& a, const std::string& b)
 
 namespace {
 
-// One pass's view of the processes: the list, and the command lines read
-// from it so far. A pass over the autorun streams asks it once per stream;
-// the list and the lines are read once for all of them, and again after a
-// start, so that no stream is judged on a list older than the last start.
-struct ProcessScan {
-    std::vector<platform::ProcessEntry> processes;
-    std::map<long, std::string> commandLines;
-    bool taken = false;
-};
-
+// One pass's view of the processes (ProcessScan): the list, and the command
+// lines read from it so far. A pass over the autorun streams asks it once
+// per stream; the list and the lines are read once for all of them, and
+// again after a start, so that no stream is judged on a list older than the
+// last start.
 const std::vector<platform::ProcessEntry>& processesOf(StreamControl& control, ProcessScan& scan)
 {
     if (!scan.taken) {
@@ -271,12 +394,13 @@ const std::string& commandLineOf(StreamControl& control, ProcessScan& scan, long
     return it->second;
 }
 
-long findProcessIn(StreamControl& control, ProcessScan& scan, const std::string& exeName,
-                   const std::string& firstArg)
+std::vector<long> findProcessesIn(StreamControl& control, ProcessScan& scan, const std::string& exeName,
+                                  const std::string& firstArg, bool firstOnly)
 {
+    std::vector<long> found;
     const std::vector<platform::ProcessEntry>& processes = processesOf(control, scan);
     if (processes.empty())
-        return 0;
+        return found;
     // The diagnostic texts of a scan are built and kept to the scan: a scan
     // runs for every autorun stream at each check, too often for the log.
     std::string diagnostic = "Searching for process: '" + exeName + "' with firstArg: '" + firstArg + "'";
@@ -292,11 +416,14 @@ long findProcessIn(StreamControl& control, ProcessScan& scan, const std::string&
         const bool match = sameTextIgnoringCase(normalizeArg(arguments[1]), wanted);
         diagnostic = "Found vxVideoStream.exe, arg='" + arguments[1] + "', expected='" + firstArg +
                      "', match=" + (match ? "true" : "false");
-        if (match)
-            return process.pid;
+        if (match) {
+            found.push_back(process.pid);
+            if (firstOnly)
+                break;
+        }
     }
     (void)diagnostic;
-    return 0;
+    return found;
 }
 
 } // namespace
@@ -306,7 +433,16 @@ long findProcessByArg(StreamControl& control, const std::string& exeName, const 
     if (!control.listProcesses)
         return 0;
     ProcessScan scan;
-    return findProcessIn(control, scan, exeName, firstArg);
+    const std::vector<long> found = findProcessesIn(control, scan, exeName, firstArg, true);
+    return found.empty() ? 0 : found.front();
+}
+
+std::vector<long> findProcessesByArg(StreamControl& control, const std::string& exeName, const std::string& firstArg)
+{
+    if (!control.listProcesses)
+        return {};
+    ProcessScan scan;
+    return findProcessesIn(control, scan, exeName, firstArg, false);
 }
 
 std::uint32_t streamIdFromEntry(const std::string& entry)
@@ -325,16 +461,36 @@ void restartMissingStreams(StreamControl& control)
     const StreamSettings settings = control.settings();
     const std::vector<std::string>& entries = settings.mainConfig.videoStreams;
     const std::vector<bool>& autoRun = settings.mainConfig.autoRunStreams;
+    const std::vector<std::int32_t> ids = control.table ? control.table->tableIds() : std::vector<std::int32_t>{};
     ProcessScan scan;
     for (std::size_t i = 0; i < entries.size(); ++i) {
         if (i >= autoRun.size() || !autoRun[i])
             continue;
-        const std::string firstArg = config::cp1251ToUtf8(settings.configDirectory + "/" + entries[i]);
-        if (control.listProcesses && findProcessIn(control, scan, streamImageName(), firstArg) != 0)
+        const auto id = static_cast<std::int32_t>(streamIdFromEntry(entries[i]));
+        // No stream behind the entry (its file didn't load): nothing to start,
+        // and nothing to log on every tick.
+        if (!inTable(ids, id))
             continue;
-        const std::uint32_t id = streamIdFromEntry(entries[i]);
+        const std::string firstArg = firstArgOf(settings, entries[i]);
+        auto missing = [&] {
+            return !control.listProcesses || findProcessesIn(control, scan, streamImageName(), firstArg, true).empty();
+        };
+        if (!missing())
+            continue;
+        // A start, stop or restart of this stream is under way: it decides.
+        std::shared_ptr<std::mutex> keep;
+        std::unique_lock<std::mutex> lock(lockOf(control, id, keep), std::try_to_lock);
+        if (!lock.owns_lock())
+            continue;
+        // The list may predate a start that ended just before the lock.
+        scan.taken = false;
+        if (!missing())
+            continue;
         // Runs here, on the watch's thread, five seconds at most per stream.
-        videoStart(control, 100000, static_cast<std::int32_t>(id));
+        std::int32_t index = 100000;
+        std::int32_t startId = id;
+        if (resolveStart(settings, ids, index, startId))
+            startStream(control, index, startId, settings, ids, false);
         scan.taken = false;   // the next stream is judged on a list taken after this start
     }
 }

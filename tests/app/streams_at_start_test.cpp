@@ -101,9 +101,11 @@ TEST(StreamsAtStart, BrokenFileIsLoggedAndTheOthersJoinTheTable)
     EXPECT_EQ(readFileBytes(install.configs() / "vx_stream2.json"), broken);
 
     // The table as the next save of the main config writes it: the broken
-    // stream is gone, and the stream with autoRun false isn't planned.
-    const std::string lists = "\t\"videoStreams\":[\n\t\t\"vx_stream1.json\",\n\t\t\"vx_stream3.json\"\n\t],\n"
-                              "\t\"autoRunStreams\":[\n\t\tfalse,\n\t\ttrue\n\t]\n";
+    // stream keeps its place and its flag, and the stream with autoRun false
+    // isn't planned.
+    const std::string lists = "\t\"videoStreams\":[\n\t\t\"vx_stream1.json\",\n\t\t\"vx_stream2.json\",\n"
+                              "\t\t\"vx_stream3.json\"\n\t],\n"
+                              "\t\"autoRunStreams\":[\n\t\tfalse,\n\t\ttrue,\n\t\ttrue\n\t]\n";
     const bool saved = waitFor(
         [&] { return readFileBytes(install.configs() / "vx_main_config.json").find(lists) != std::string::npos; },
         20000);

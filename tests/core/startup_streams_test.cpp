@@ -7,6 +7,7 @@
 
 #include "config/camera_config.h"
 #include "config/config_file.h"
+#include "config/main_config.h"
 #include "config/text_codec.h"
 #include "config/white_list.h"
 #include "maintenance/system_log.h"
@@ -102,8 +103,11 @@ TEST_F(StartupStreams, AFailedNameShiftsThePlannedToggleOffItsStream)
     test::CapturedStderr err;
     loadStreams(state_);
     EXPECT_EQ(err.text(), "[VX2S] loadCamera parse error at byte 18\n");
-    EXPECT_EQ(state_.streams.collectIds(), (std::vector<std::int32_t>{5, 6}));
-    EXPECT_EQ(state_.streams.collectPlanned(), (std::vector<bool>{true, true}));
+    EXPECT_EQ(state_.streams.tableIds(), (std::vector<std::int32_t>{5, 6}));
+    EXPECT_EQ(state_.streams.tablePlanned(), (std::vector<bool>{true, true}));
+    // The failed names stay listed, in their places, without autorun flags.
+    EXPECT_EQ(state_.streams.collectIds(), (std::vector<std::int32_t>{1, 9, 5, 6}));
+    EXPECT_EQ(state_.streams.collectPlanned(), (std::vector<bool>{false, false, true, true}));
     EXPECT_EQ(logTexts(logFile()), (std::vector<std::string>{
                                        "[ERROR]LoadCamera vx_stream1.json error!",
                                        "[ERROR]LoadCamera vx_stream9.json error!",
@@ -138,6 +142,71 @@ TEST_F(StartupStreams, AFullTableRefusesTheStreamWithAStatusText)
     EXPECT_EQ(state_.streams.size(), maxStreams);
     EXPECT_EQ(config::cp1251ToUtf8(state_.status.get()), "Ошибка в загрузке настроек видеопотока vx_stream8.json");
     EXPECT_EQ(logTexts(logFile()).back(), "[ERROR]AddCamera " + config::utf8ToCp1251("Полный") + " error!");
+}
+
+TEST_F(StartupStreams, ABrokenFileKeepsItsPlaceAndItsIdThroughASave)
+{
+    writeStream(0, "A", true);
+    writeFileBytes(configs() / "vx_stream1.json", "{\"Common\":{\"ID\":1");
+    writeStream(2, "C", true);
+    state_.liveMainConfig.videoStreams = {"vx_stream0.json", "vx_stream1.json", "vx_stream2.json"};
+    state_.liveMainConfig.autoRunStreams = {false, true, false};
+    test::CapturedStderr err;
+    loadStreams(state_);
+    EXPECT_EQ(state_.streams.size(), 2);
+    saveMainConfig(state_);
+    config::MainConfig saved;
+    config::MainConfigFolders folders;
+    ASSERT_TRUE(config::loadConfig(dir_.path().string(), state_.ConfigDirectory, saved, folders));
+    EXPECT_EQ(saved.videoStreams,
+              (std::vector<std::string>{"vx_stream0.json", "vx_stream1.json", "vx_stream2.json"}));
+    EXPECT_EQ(saved.autoRunStreams, (std::vector<bool>{true, true, true}));
+    // A new stream takes a fresh ID, not the broken file's.
+    std::int32_t id = 0;
+    state_.streams.addStream(config::CameraCommon{}, {}, {}, id, false);
+    EXPECT_EQ(id, 3);
+    // Removing a stream before it keeps it after the ones before it.
+    std::string name;
+    state_.streams.removeStream(0, name);
+    EXPECT_EQ(state_.streams.collectIds(), (std::vector<std::int32_t>{1, 2, 3}));
+}
+
+TEST_F(StartupStreams, ACopiedFileWithATakenIdGetsAFileOfItsOwn)
+{
+    writeStream(0, "B", true);
+    fs::rename(configs() / "vx_stream0.json", configs() / "vx_stream2.json");
+    writeStream(0, "C", false);
+    fs::rename(configs() / "vx_stream0.json", configs() / "copy.json");
+    writeStream(0, "A", true);
+    writeFileBytes(configs() / "vx_stream1.json", "{\"Common\":{\"ID\":1");
+    const std::string copy = readFileBytes(configs() / "copy.json");
+    state_.liveMainConfig.videoStreams = {"vx_stream0.json", "vx_stream2.json", "copy.json", "vx_stream1.json"};
+    state_.storedMainConfig = state_.liveMainConfig;
+    test::CapturedStderr err;
+    loadStreams(state_);
+    // B takes the ID its file name says; C, whose name says none, the lowest
+    // free one with no file; the broken stream 1 keeps its own.
+    EXPECT_EQ(state_.streams.collectIds(), (std::vector<std::int32_t>{0, 2, 3, 1}));
+    EXPECT_EQ(state_.liveMainConfig.videoStreams,
+              (std::vector<std::string>{"vx_stream0.json", "vx_stream2.json", "vx_stream3.json", "vx_stream1.json"}));
+    config::MainConfig saved;
+    config::MainConfigFolders folders;
+    ASSERT_TRUE(config::loadConfig(dir_.path().string(), state_.ConfigDirectory, saved, folders));
+    EXPECT_EQ(saved.videoStreams, state_.liveMainConfig.videoStreams);
+    config::CameraConfig file;
+    ASSERT_TRUE(config::loadCamera(config::cameraFilePath(state_.ConfigDirectory, 2), file, 300));
+    EXPECT_EQ(file.common.ID, 2);
+    EXPECT_EQ(file.common.videoName, "B");
+    ASSERT_TRUE(config::loadCamera(config::cameraFilePath(state_.ConfigDirectory, 3), file, 300));
+    EXPECT_EQ(file.common.ID, 3);
+    EXPECT_EQ(file.common.videoName, "C");
+    EXPECT_EQ(readFileBytes(configs() / "copy.json"), copy) << "the copy itself is left as it is";
+    EXPECT_EQ(state_.streams.nextFreeId(), 4);
+    const std::vector<std::string> log = logTexts(logFile());
+    EXPECT_NE(std::find(log.begin(), log.end(),
+                        "[WARNING]LoadCamera copy.json ID 0 is taken by another stream, loaded as vx_stream3.json "
+                        "with ID 3"),
+              log.end());
 }
 
 TEST_F(StartupStreams, RecognitionConfigMessageOnlyWhenItCantBeRead)

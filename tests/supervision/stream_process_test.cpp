@@ -3,11 +3,15 @@
 // or ended by force, and started again only when missing.
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <future>
+#include <thread>
 #include <unistd.h>
 
 #include "config/camera_config.h"
 #include "config/text_codec.h"
+#include "platform/command_line.h"
+#include "platform/process_command_line.h"
 #include "platform/window_endpoint.h"
 #include "support/installation.h"
 #include "support/temp_dir.h"
@@ -47,10 +51,12 @@ struct StreamWorld {
     }
     ~StreamWorld()
     {
-        for (const std::string& entry : entries)
-            while (long pid = findProcessByArg(control, streamImageName(), firstArg(entry)))
-                if (!platform::terminateProcess(pid) || !test::waitFor([&] { return !findProcessByArg(control, streamImageName(), firstArg(entry)); }, 5000))
-                    break;
+        // Every process of every stream, also a second copy of one.
+        for (const std::string& entry : entries) {
+            for (long pid : findProcessesByArg(control, streamImageName(), firstArg(entry)))
+                platform::terminateProcess(pid);
+            test::waitFor([&] { return findProcessesByArg(control, streamImageName(), firstArg(entry)).empty(); }, 5000);
+        }
     }
     std::string firstArg(const std::string& entry) const { return (root.path() / "configs").string() + "/" + entry; }
     std::string name(int k) const { return "Поток " + std::to_string(baseId + k); }
@@ -159,6 +165,52 @@ TEST(StreamProcess, RestartMissingStreamsStartsOnlyTheMissingAutorunOnes)
             findProcessByArg(world.control, streamImageName(), world.firstArg(world.entries[running])) == p.pid)
             ++count;
     EXPECT_EQ(count, 1);
+}
+
+TEST(StreamProcess, RestartsUnderTheWatchLeaveOneProcessAndStopAllEndsIt)
+{
+    StreamWorld world;
+    const int position = world.addStream(5, true);
+    world.addStream(6, false);
+    // The stream's processes, found by command line as the watch finds them.
+    auto count = [&] {
+        std::size_t n = 0;
+        const std::string wanted = normalizeArg(world.firstArg(world.entries[position]));
+        for (const auto& p : platform::listProcesses()) {
+            const auto args = platform::splitCommandLine(platform::readProcessCommandLine(p.pid));
+            if (p.imageName == streamImageName() && args.size() >= 2 && sameTextIgnoringCase(normalizeArg(args[1]), wanted))
+                ++n;
+        }
+        return n;
+    };
+    // The watch runs on its own thread as the timer's does, while two
+    // restarts of the stream follow each other as two quick OKs would.
+    std::atomic<bool> watching{true};
+    std::thread watch([&] {
+        while (watching) {
+            restartMissingStreams(world.control);
+            std::this_thread::sleep_for(std::chrono::milliseconds(20));
+        }
+    });
+    ASSERT_TRUE(test::waitFor([&] { return count() == 1; }, 15000));
+    // What the tile drawing does: the table takes the window.
+    platform::WindowHandle window = 0;
+    ASSERT_TRUE(test::waitFor([&] { return (window = platform::findWindow("", world.name(5))) != 0; }, 10000));
+    world.table.withDrawLock([&](std::vector<core::CameraRuntime>& r) { r[0].channel.window = window; });
+    auto first = std::async(std::launch::async, [&] { videoRestart(world.control, position); });
+    auto second = std::async(std::launch::async, [&] { videoRestart(world.control, position); });
+    first.wait();
+    second.wait();
+    EXPECT_EQ(count(), 1u);
+    // Stop all: the watch goes off, every stream gets its stop.
+    watching = false;
+    watch.join();
+    std::vector<std::future<void>> stops;
+    for (int i = 0; i < world.table.size(); ++i)
+        stops.push_back(std::async(std::launch::async, [&, i] { videoStop(world.control, i); }));
+    for (auto& s : stops)
+        s.wait();
+    EXPECT_TRUE(test::waitFor([&] { return count() == 0; }, 10000));
 }
 
 } // namespace

@@ -28,6 +28,9 @@ void StreamTable::recomputeNextFreeId()
     ids.reserve(records_.size());
     for (const auto& r : records_)
         ids.push_back(r.id);
+    // An unloaded stream's ID stays taken: its file is still there.
+    for (const auto& u : unloaded_)
+        ids.push_back(u.id);
     nextFreeId_ = lowestFreeId(std::move(ids), nextFreeId_);
 }
 
@@ -64,10 +67,15 @@ bool StreamTable::removeStream(std::int32_t index, std::string& name)
 {
     if (!validIndex(index))
         return false;
+    // The drawing reads the records and their names under its own lock.
+    std::lock_guard<std::mutex> drawLock(streamDrawLock_);
     std::lock_guard<std::mutex> lock(streamTableLock_);
     name = records_[index].config.videoName;
     records_[index].mapping.reset();   // unmaps the picture block
     records_.erase(records_.begin() + index);
+    for (auto& u : unloaded_)
+        if (u.recordsBefore > index)
+            --u.recordsBefore;
     recomputeNextFreeId();
     return true;
 }
@@ -91,6 +99,9 @@ int StreamTable::setConfig(std::int32_t index, const config::CameraCommon& value
 {
     if (!validIndex(index))
         return 1;
+    // A new name: the drawing and the per-tick pass read it.
+    std::lock_guard<std::mutex> drawLock(streamDrawLock_);
+    std::lock_guard<std::mutex> lock(streamTableLock_);
     records_[index].config = value;
     return 0;
 }
@@ -99,6 +110,8 @@ int StreamTable::setRecognition(std::int32_t index, const config::CameraRecognit
 {
     if (!validIndex(index))
         return 1;
+    std::lock_guard<std::mutex> drawLock(streamDrawLock_);
+    std::lock_guard<std::mutex> lock(streamTableLock_);
     records_[index].recognition = value;
     return 0;
 }
@@ -107,6 +120,8 @@ int StreamTable::setControl(std::int32_t index, const config::CameraControl& val
 {
     if (!validIndex(index))
         return 1;
+    std::lock_guard<std::mutex> drawLock(streamDrawLock_);
+    std::lock_guard<std::mutex> lock(streamTableLock_);
     records_[index].control = value;
     return 0;
 }
@@ -115,6 +130,8 @@ bool StreamTable::togglePlanned(std::int32_t index, bool& newValue)
 {
     if (!validIndex(index))
         return false;
+    std::lock_guard<std::mutex> drawLock(streamDrawLock_);
+    std::lock_guard<std::mutex> lock(streamTableLock_);
     records_[index].planned = !records_[index].planned;
     newValue = records_[index].planned;
     return true;
@@ -125,24 +142,87 @@ int StreamTable::isRunning(std::int32_t index) const
     return validIndex(index) ? (records_[index].running ? 1 : 0) : -1;
 }
 
-std::vector<std::int32_t> StreamTable::collectIds() const
+std::vector<std::int32_t> StreamTable::tableIds() const
 {
+    std::lock_guard<std::mutex> lock(streamTableLock_);
     std::vector<std::int32_t> ids;
     for (const auto& r : records_)
         ids.push_back(r.id);
     return ids;
 }
 
-std::vector<bool> StreamTable::collectPlanned() const
+std::vector<bool> StreamTable::tablePlanned() const
 {
+    std::lock_guard<std::mutex> lock(streamTableLock_);
     std::vector<bool> planned;
     for (const auto& r : records_)
         planned.push_back(r.planned);
     return planned;
 }
 
+namespace {
+
+// The records' values with the unloaded streams' put in their places.
+template <typename T, typename Record, typename Unloaded>
+std::vector<T> mergeUnloaded(const std::vector<CameraRuntime>& records, const std::vector<UnloadedStream>& unloaded,
+                             Record ofRecord, Unloaded ofUnloaded)
+{
+    std::vector<T> out;
+    const int count = static_cast<int>(records.size());
+    for (int i = 0; i <= count; ++i) {
+        for (const auto& u : unloaded)
+            if (u.recordsBefore == i || (i == count && u.recordsBefore > count))
+                out.push_back(ofUnloaded(u));
+        if (i < count)
+            out.push_back(ofRecord(records[static_cast<size_t>(i)]));
+    }
+    return out;
+}
+
+} // namespace
+
+std::vector<std::int32_t> StreamTable::collectIds() const
+{
+    std::lock_guard<std::mutex> lock(streamTableLock_);
+    return mergeUnloaded<std::int32_t>(records_, unloaded_, [](const CameraRuntime& r) { return r.id; },
+                                       [](const UnloadedStream& u) { return u.id; });
+}
+
+std::vector<bool> StreamTable::collectPlanned() const
+{
+    std::lock_guard<std::mutex> lock(streamTableLock_);
+    return mergeUnloaded<bool>(records_, unloaded_, [](const CameraRuntime& r) { return r.planned; },
+                               [](const UnloadedStream& u) { return u.autoRun; });
+}
+
+void StreamTable::reserveUnloaded(std::int32_t id, bool autoRun)
+{
+    std::lock_guard<std::mutex> lock(streamTableLock_);
+    unloaded_.push_back({id, autoRun, static_cast<int>(records_.size())});
+    recomputeNextFreeId();
+}
+
+std::vector<UnloadedStream> StreamTable::unloaded() const
+{
+    std::lock_guard<std::mutex> lock(streamTableLock_);
+    return unloaded_;
+}
+
+bool StreamTable::idTaken(std::int32_t id) const
+{
+    std::lock_guard<std::mutex> lock(streamTableLock_);
+    for (const auto& r : records_)
+        if (r.id == id)
+            return true;
+    for (const auto& u : unloaded_)
+        if (u.id == id)
+            return true;
+    return false;
+}
+
 CameraRuntime StreamTable::record(std::int32_t index) const
 {
+    std::lock_guard<std::mutex> lock(streamTableLock_);
     return validIndex(index) ? records_[index] : CameraRuntime{};
 }
 

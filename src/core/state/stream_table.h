@@ -23,6 +23,16 @@ struct UpdateCameraHooks {
     std::function<void(const StreamChannel& channel, int tileWidth, int tileHeight)> requestImage;
 };
 
+// A stream named in the main config whose file couldn't be loaded at
+// start-up. It has no record and no tile, but its ID stays taken and the
+// main config keeps listing it, in its place and with its autorun flag, so
+// that nothing is lost and no new stream takes over its file.
+struct UnloadedStream {
+    std::int32_t id = 0;
+    bool autoRun = false;
+    int recordsBefore = 0;   // records of the table listed before it
+};
+
 class StreamTable {
 public:
     StreamTable();
@@ -46,8 +56,20 @@ public:
     // The running flag, or -1 for a bad index.
     int isRunning(std::int32_t index) const;
 
+    // The lists saveConfig writes: the records' identifiers and planned
+    // flags in table order, the unloaded streams kept in their places.
     std::vector<std::int32_t> collectIds() const;
     std::vector<bool> collectPlanned() const;
+    // The records' own identifiers and planned flags, by table index.
+    std::vector<std::int32_t> tableIds() const;
+    std::vector<bool> tablePlanned() const;
+
+    // Keeps the place and the ID of a stream whose file couldn't be loaded;
+    // it goes after the records added so far.
+    void reserveUnloaded(std::int32_t id, bool autoRun);
+    std::vector<UnloadedStream> unloaded() const;
+    // Whether the identifier is taken, by a record or an unloaded stream.
+    bool idTaken(std::int32_t id) const;
 
     // The per-tick pass: drops stale pictures, looks for the streams'
     // windows and spawns one image request per stream that has one.
@@ -62,7 +84,8 @@ public:
     int size() const { return static_cast<int>(records_.size()); }
     bool validIndex(std::int32_t index) const;
 
-    // A copy of one record (default record for a bad index).
+    // A copy of one record (default record for a bad index), taken under
+    // the table lock: tasks read it while the main thread edits.
     CameraRuntime record(std::int32_t index) const;
     // Runs `fn` on the records under the drawing lock (tile drawing, storing
     // a picture).
@@ -75,6 +98,7 @@ private:
     void recomputeNextFreeId();
 
     std::vector<CameraRuntime> records_;
+    std::vector<UnloadedStream> unloaded_;
     std::int32_t nextFreeId_ = 0;
     mutable std::mutex streamTableLock_;
     mutable std::mutex streamDrawLock_;
