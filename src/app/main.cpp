@@ -2,7 +2,6 @@
 // working directory, then the window and its event loop.
 #include <QApplication>
 #include <QSocketNotifier>
-#include <QTimer>
 #include <memory>
 
 #include "core/state/app_state.h"
@@ -35,8 +34,9 @@ int main(int argc, char* argv[])
     QApplication app(argc, argv);
     app.setQuitOnLastWindowClosed(false);
     ui::MainWindow window(state);
-    // SIGTERM or SIGINT from an operator posts the same teardown as the
-    // menu's "Выход", so a `kill` ends the manager as cleanly as the menu.
+    // SIGTERM or SIGINT from an operator closes whatever box or dialog is
+    // open and posts the same teardown as the menu's "Выход", so a `kill`
+    // ends the manager as cleanly as the menu.
     // The handler is in place before the window is set up: a request that
     // comes meanwhile waits in the pipe for the event loop.
     std::unique_ptr<QSocketNotifier> endNotifier;
@@ -44,13 +44,18 @@ int main(int argc, char* argv[])
         endNotifier = std::make_unique<QSocketNotifier>(fd, QSocketNotifier::Read);
         QObject::connect(endNotifier.get(), &QSocketNotifier::activated, &window, [&window] {
             platform::drainEndRequests();
-            QTimer::singleShot(0, &window, [&window] { window.teardown(); });
+            window.endOnRequest();
         });
     }
     if (!window.create())
         return 0;
-    window.show();
-    const int result = app.exec();
+    // A request that came while the create handler had a message box open
+    // may have run the teardown already; the loop then has nothing to do.
+    int result = 0;
+    if (!window.tornDown()) {
+        window.show();
+        result = app.exec();
+    }
     // "Close" is the last line of the system log; then the system log and
     // the performance log go, in that order.
     maintenance::closeLogs();
