@@ -5,6 +5,7 @@
 #include <memory>
 
 #include "core/state/app_state.h"
+#include "core/startup.h"
 #include "core/version.h"
 #include "maintenance/crash_capture.h"
 #include "maintenance/system_log.h"
@@ -12,6 +13,7 @@
 #include "platform/named_lock.h"
 #include "platform/paths.h"
 #include "platform/single_instance.h"
+#include "platform/user_data.h"
 #include "ui/main_window.h"
 
 int main(int argc, char* argv[])
@@ -30,6 +32,9 @@ int main(int argc, char* argv[])
     // From here on a crash leaves dumps/VexlaneDump.dmp and exit code 1.
     maintenance::installCrashCapture(state.baseDirectory, core::narrowPath(state.baseDirectory));
     state.versionText = core::versionText();
+    // Started from another folder than last time: the create handler offers
+    // the earlier installation's settings.
+    core::checkSettingsMigrationStep(state, platform::userDataDirectory());
 
     QApplication app(argc, argv);
     app.setQuitOnLastWindowClosed(false);

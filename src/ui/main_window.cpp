@@ -49,6 +49,7 @@
 #include "ui/message_boxes.h"
 #include "ui/qt_text.h"
 #include "ui/white_list_windows.h"
+#include "ui/settings_migration_window.h"
 #include "ui/settings_windows.h"
 #include "ui/tile_view.h"
 
@@ -164,6 +165,7 @@ QAction* MainWindow::menuAction(int id) const
 
 bool MainWindow::create()
 {
+    offerSettingsMigration(this, state_);
     buildMainMenu();
     buildTray();
     QWidget* dialog = buildMainDialog();
@@ -240,6 +242,7 @@ bool MainWindow::runConfigSteps()
     };
     // Posted, not run here: the teardown comes from the event loop.
     hooks.postTeardown = [this] { QTimer::singleShot(0, this, [this] { teardown(); }); };
+    hooks.setAutorun = core::systemCommandHooks().setAutorun;
     hooks.setAutorunTick = [this](bool ticked) {
         if (QAction* autorun = menuAction(idTrayAutorun))
             autorun->setChecked(ticked);
@@ -250,8 +253,7 @@ bool MainWindow::runConfigSteps()
     core::createVideoQuota(state_);
     core::setLogThreshold(state_);
     core::loadStreams(state_);
-    // The settings migration, when it exists, runs between the streams and
-    // the recognition config.
+    core::migrateFoldersStep(state_, hooks);
     core::loadRecognitionConfigStep(state_, hooks);
     core::loadControlConfigStep(state_, hooks);
     core::loadReceiverSamplesStep(state_);
