@@ -13,6 +13,7 @@
 #include <QMenuBar>
 #include <QPushButton>
 #include <QStatusBar>
+#include <QMessageBox>
 #include <functional>
 
 #include "platform/process.h"
@@ -224,4 +225,24 @@ TEST_F(MainWindowTest, OnlyTheOperatorsMoveOrResizeIsRemembered)
     spinUntil([] { return false; }, 600);
     EXPECT_EQ(saves, 2) << "one save per move or resize";
     state.shuttingDown = true;
+}
+
+TEST_F(MainWindowTest, AnEndRequestClosesTheOpenBoxThenTearsDown)
+{
+    core::AppState& state = freshState(base_.path());
+    MainWindow window(state);
+    window.setTeardownPause(0);
+    int quits = 0;
+    window.setQuitAction([&] { ++quits; });
+    ASSERT_TRUE(window.create());
+    window.show();
+    QMessageBox box(QMessageBox::Critical, "Сообщение", "...", QMessageBox::Ok, &window);
+    QTimer::singleShot(100, &window, [&] { window.endOnRequest(); });
+    bool leftOpen = false;
+    // Only if the request failed to close it: the test must not hang.
+    QTimer::singleShot(8000, &box, [&] { leftOpen = box.isVisible(); box.done(0); });
+    box.exec();
+    EXPECT_FALSE(leftOpen);
+    EXPECT_TRUE(spinUntil([&] { return quits == 1; }, 5000));
+    EXPECT_TRUE(state.shuttingDown);
 }
