@@ -6,8 +6,10 @@
 #include "config/control_config.h"
 #include "config/main_config.h"
 #include "config/text_codec.h"
+#include "core/main_commands.h"
 #include "core/save_failure.h"
 #include "maintenance/crash_capture.h"
+#include "maintenance/settings_migration.h"
 #include "maintenance/system_log.h"
 
 namespace vx::core {
@@ -92,6 +94,31 @@ void loadControlConfigStep(AppState& state, const StartupHooks& hooks)
     }
     VX_LOG(maintenance::logError, "loadControlGlobal error!");
     show(hooks, messageTitle, controlConfigFailed);
+}
+
+void checkSettingsMigrationStep(AppState& state, const std::filesystem::path& userData)
+{
+    state.previousInstallPath = state.baseDirectory.string();
+    const std::filesystem::path earlier = maintenance::checkSettingsMigration(userData, state.baseDirectory);
+    state.previousInstallPath = earlier.empty() ? std::string() : earlier.string();
+}
+
+void migrateFoldersStep(AppState& state, const StartupHooks& hooks)
+{
+    if (!state.migrateFolders)
+        return;
+    const std::string base = narrowPath(state.baseDirectory);
+    state.ConfigDirectory = config::configFilePath(base, "configs");
+    if (config::loadConfig(base, state.ConfigDirectory, state.storedMainConfig, state.mainConfigFolders))
+        state.liveMainConfig = state.storedMainConfig;
+    config::MainConfig& c = state.liveMainConfig;
+    c.systemLogPath = config::configFilePath(base, "logs");
+    c.recogLogPath = c.systemLogPath;
+    c.reportsPath = config::configFilePath(base, "reports");
+    c.videoPath = config::configFilePath(base, "videos");
+    saveMainConfig(state);
+    if (c.autoRunManager && hooks.setAutorun)
+        hooks.setAutorun("Vexlane", autorunProgramPath(state.baseDirectory), true);
 }
 
 bool saveMainConfig(AppState& state)

@@ -3,6 +3,7 @@
 // main config, the live copy, the logs, the threshold and the control
 // config. The window calls them in order; tests drive them with their own
 // AppState and hooks.
+#include <filesystem>
 #include <functional>
 #include <string>
 
@@ -17,7 +18,21 @@ struct StartupHooks {
     std::function<void()> postTeardown;
     // Sets the tick of the tray's "Автозагрузка" item.
     std::function<void(bool ticked)> setAutorunTick;
+    // Stores or removes the autorun entry (platform::setAutorun).
+    std::function<bool(const std::string& name, const std::filesystem::path& path, bool enabled)> setAutorun;
 };
+
+// The settings migration check at entry: previousInstallPath starts as this
+// installation's folder and becomes the folder of the last run when that was
+// another installation with its configs still there; otherwise it is
+// emptied. The user data folder remembers this installation from now on.
+void checkSettingsMigrationStep(AppState& state, const std::filesystem::path& userData);
+
+// After the operator took the earlier settings with the folders box ticked:
+// the main config again from the configs copied, the log, report and video
+// folders pointed at this installation and saved, and the autorun entry
+// made anew for this executable when it is on. Nothing without migrateFolders.
+void migrateFoldersStep(AppState& state, const StartupHooks& hooks);
 
 // ConfigDirectory is set from baseDirectory, then loadConfig. On failure the
 // operator gets the main config message under "Сообщение", the teardown is

@@ -87,4 +87,22 @@ Size tileZoneForClient(int clientWidth, int clientHeight, int statusBarHeight, i
     return Size{w - w % 4, h - h % 4};
 }
 
+void notePlacement(GeometryWatch& watch)
+{
+    watch.settled = false;
+}
+
+bool settleGeometry(GeometryWatch& watch, const Rect& frame)
+{
+    if (!watch.settled) {
+        watch.settled = true;
+        watch.rest = frame;
+        return false;
+    }
+    if (frame == watch.rest)
+        return false;
+    watch.rest = frame;
+    return true;
+}
+
 } // namespace vx::core

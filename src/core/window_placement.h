@@ -36,4 +36,22 @@ struct Size {
 };
 Size tileZoneForClient(int clientWidth, int clientHeight, int statusBarHeight, int tileLeft, int tileTop);
 
+// Tells an operator's move or resize from the window's own: the first show
+// and our own placement move the window too, and none of that may rewrite
+// the main config. The window layer restarts a short quiet timer on every
+// move or resize event and on the first show; when the timer runs out it
+// asks settleGeometry whether the geometry is to be remembered.
+struct GeometryWatch {
+    bool settled = false;   // the placement at start has come to rest
+    Rect rest;              // where the window stood when it last came to rest
+};
+
+// The window places itself: what moves it until the next quiet period is ours.
+void notePlacement(GeometryWatch& watch);
+// The quiet period ran out with the window's frame at `frame` (in its
+// normal state). The first rest after a placement only records where the
+// window stands; a later one that finds the window elsewhere is the end of
+// an operator's move or resize: true, and that is the new rest.
+bool settleGeometry(GeometryWatch& watch, const Rect& frame);
+
 } // namespace vx::core

@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QCloseEvent>
+#include <QDialog>
 #include <QDesktopServices>
 #include <QGridLayout>
 #include <QGuiApplication>
@@ -48,6 +49,7 @@
 #include "ui/message_boxes.h"
 #include "ui/qt_text.h"
 #include "ui/white_list_windows.h"
+#include "ui/settings_migration_window.h"
 #include "ui/settings_windows.h"
 #include "ui/tile_view.h"
 
@@ -163,6 +165,7 @@ QAction* MainWindow::menuAction(int id) const
 
 bool MainWindow::create()
 {
+    offerSettingsMigration(this, state_);
     buildMainMenu();
     buildTray();
     QWidget* dialog = buildMainDialog();
@@ -223,6 +226,7 @@ bool MainWindow::create()
         };
         core::runTimerThread(*state, hooks);
     }).detach();
+    VX_LOG(maintenance::logTrace, "OnCreate ok!");
 
     placeWindow();
     layoutTiles();
@@ -238,6 +242,7 @@ bool MainWindow::runConfigSteps()
     };
     // Posted, not run here: the teardown comes from the event loop.
     hooks.postTeardown = [this] { QTimer::singleShot(0, this, [this] { teardown(); }); };
+    hooks.setAutorun = core::systemCommandHooks().setAutorun;
     hooks.setAutorunTick = [this](bool ticked) {
         if (QAction* autorun = menuAction(idTrayAutorun))
             autorun->setChecked(ticked);
@@ -248,8 +253,7 @@ bool MainWindow::runConfigSteps()
     core::createVideoQuota(state_);
     core::setLogThreshold(state_);
     core::loadStreams(state_);
-    // The settings migration, when it exists, runs between the streams and
-    // the recognition config.
+    core::migrateFoldersStep(state_, hooks);
     core::loadRecognitionConfigStep(state_, hooks);
     core::loadControlConfigStep(state_, hooks);
     core::loadReceiverSamplesStep(state_);
@@ -470,6 +474,24 @@ void MainWindow::teardown()
         quit_();
 }
 
+void MainWindow::endOnRequest()
+{
+    // Innermost first: a box over a dialog goes before the dialog. Each
+    // close only tells its loop to end; the loops unwind once this returns.
+    for (int guard = 0; guard < 64; ++guard) {
+        QWidget* modal = QApplication::activeModalWidget();
+        if (!modal)
+            break;
+        if (auto* dialog = qobject_cast<QDialog*>(modal))
+            dialog->reject();
+        else
+            modal->close();
+        if (modal->isVisible())
+            modal->hide();
+    }
+    QTimer::singleShot(0, this, [this] { teardown(); });
+}
+
 void MainWindow::closeEvent(QCloseEvent* event)
 {
     // The close box never ends the program: it minimises.
@@ -503,6 +525,16 @@ void MainWindow::restoreFromTray()
     activateWindow();
 }
 
+void MainWindow::showEvent(QShowEvent* event)
+{
+    QMainWindow::showEvent(event);
+    // Whatever a show does to the window is the window system's doing, not
+    // the operator's; where it comes to rest is the start of what counts.
+    core::notePlacement(geometryWatch_);
+    if (geometryTimer_)
+        geometryTimer_->start();
+}
+
 void MainWindow::moveEvent(QMoveEvent* event)
 {
     QMainWindow::moveEvent(event);
@@ -527,15 +559,20 @@ void MainWindow::placeWindow()
                                         {frame.x(), frame.y(), frame.width(), frame.height()});
     if (!rect)
         return;
+    core::notePlacement(geometryWatch_);
     resize(rect->width, rect->height);
     move(rect->x, rect->y);
 }
 
 void MainWindow::rememberGeometry()
 {
-    if (!state_.createFinished || isMaximized() || isMinimized())
+    // Only the end of the operator's own move or resize is remembered: the
+    // rest after a show or our own placement is recorded, not saved.
+    if (!state_.createFinished || !isVisible() || isMaximized() || isMinimized())
         return;
     const QRect frame = frameGeometry();
+    if (!core::settleGeometry(geometryWatch_, {frame.x(), frame.y(), frame.width(), frame.height()}))
+        return;
     const core::Placement p =
         core::rememberPlacement({frame.x(), frame.y(), frame.width(), frame.height()}, monitorWorkAreas());
     config::MainConfig& c = state_.liveMainConfig;

@@ -11,6 +11,7 @@
 
 #include "core/process_actions.h"
 #include "core/state/app_state.h"
+#include "core/window_placement.h"
 #include "platform/window_endpoint.h"
 #include "supervision/service_context.h"
 
@@ -50,6 +51,11 @@ public:
     // The teardown: tray icon away, shuttingDown set, a pause for the
     // timer thread, then the event loop is told to end.
     void teardown();
+    // An end request from outside (SIGTERM, SIGINT): the open message boxes
+    // and dialogs close as if cancelled, then the teardown runs from the
+    // event loop, as the menu's "Выход" would.
+    void endOnRequest();
+    bool tornDown() const { return tornDown_; }
 
     core::ProcessActions& actions() { return actions_; }
     // The services' context this window's commands and timer thread use.
@@ -70,6 +76,7 @@ public:
 
 protected:
     void closeEvent(QCloseEvent* event) override;
+    void showEvent(QShowEvent* event) override;
     void changeEvent(QEvent* event) override;
     void moveEvent(QMoveEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
@@ -107,7 +114,8 @@ private:
     QMenu* trayMenu_ = nullptr;
     QSystemTrayIcon* tray_ = nullptr;
     QTimer* tickTimer_ = nullptr;
-    QTimer* geometryTimer_ = nullptr;   // fires at the end of a move or resize
+    QTimer* geometryTimer_ = nullptr;   // fires once moves and resizes have come to rest
+    core::GeometryWatch geometryWatch_;
     std::unique_ptr<platform::WindowEndpoint> endpoint_;
     QSocketNotifier* endpointNotifier_ = nullptr;
     int teardownPauseMs_ = 1500;

@@ -1,6 +1,6 @@
 // The manager started on an installation with three stream files, one of
-// them broken and one with autoRun false: what its log and its saved main
-// config say about the stream table it built.
+// them broken and one with autoRun false: what its log says about the
+// stream table it built.
 #include <gtest/gtest.h>
 
 #include <fstream>
@@ -75,6 +75,7 @@ TEST(StreamsAtStart, BrokenFileIsLoggedAndTheOthersJoinTheTable)
     writeFileBytes(install.configs() / "vx_stream2.json", broken);
     writeFileBytes(install.configs() / "vx_stream3.json", streamFile(3, "Yard", true));
 
+    const std::string mainBefore = readFileBytes(install.configs() / "vx_main_config.json");
     auto manager = install.startManager();
     ASSERT_TRUE(manager);
     const fs::path log = install.logs() / "VexlaneLog.txt";
@@ -100,16 +101,9 @@ TEST(StreamsAtStart, BrokenFileIsLoggedAndTheOthersJoinTheTable)
     EXPECT_TRUE(fs::exists(install.configs() / "vx_recog_config_srv.json"));
     EXPECT_EQ(readFileBytes(install.configs() / "vx_stream2.json"), broken);
 
-    // The table as the next save of the main config writes it: the broken
-    // stream keeps its place and its flag, and the stream with autoRun false
-    // isn't planned.
-    const std::string lists = "\t\"videoStreams\":[\n\t\t\"vx_stream1.json\",\n\t\t\"vx_stream2.json\",\n"
-                              "\t\t\"vx_stream3.json\"\n\t],\n"
-                              "\t\"autoRunStreams\":[\n\t\tfalse,\n\t\ttrue,\n\t\ttrue\n\t]\n";
-    const bool saved = waitFor(
-        [&] { return readFileBytes(install.configs() / "vx_main_config.json").find(lists) != std::string::npos; },
-        20000);
-    EXPECT_TRUE(saved) << readFileBytes(install.configs() / "vx_main_config.json");
+    // The table itself is the core's tests' business; the start saves no
+    // main config of its own accord.
+    EXPECT_EQ(readFileBytes(install.configs() / "vx_main_config.json"), mainBefore);
     manager->kill(9);
     manager->waitExit(5000);
 }

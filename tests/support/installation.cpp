@@ -5,7 +5,10 @@
 
 namespace vx::test {
 
-Installation::Installation(const std::string& folderName) : folder_(root_.path() / folderName)
+Installation::Installation(const std::string& folderName, const std::filesystem::path& userData)
+    : folder_(root_.path() / folderName),
+      userData_(userData.empty() ? root_.path() / "userdata" : userData),
+      userDataEnv_("XDG_DATA_HOME", userData_.string())
 {
     namespace fs = std::filesystem;
     fs::create_directories(folder_);

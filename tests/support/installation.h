@@ -16,11 +16,15 @@ namespace vx::test {
 class Installation {
 public:
     // `folderName` is the installation folder's own name below the temporary
-    // folder; it may hold blanks and Cyrillic letters.
-    explicit Installation(const std::string& folderName = "vexlane");
+    // folder; it may hold blanks and Cyrillic letters. XDG_DATA_HOME points
+    // at `userData` while the object lives (by default a folder of its own),
+    // so no manager started from here meets the real user's data folder.
+    explicit Installation(const std::string& folderName = "vexlane",
+                          const std::filesystem::path& userData = {});
     const std::filesystem::path& folder() const { return folder_; }
     std::filesystem::path configs() const { return folder_ / "configs"; }
     std::filesystem::path logs() const { return folder_ / "logs"; }
+    const std::filesystem::path& userData() const { return userData_; }
     // Starts the installation's manager headless (QT_QPA_PLATFORM=offscreen
     // must be set by the caller's environment or the test runner).
     std::unique_ptr<ChildProcess> startManager() const;
@@ -28,6 +32,8 @@ public:
 private:
     TempDir root_;
     std::filesystem::path folder_;
+    std::filesystem::path userData_;
+    ScopedEnv userDataEnv_;
 };
 
 // Waits up to timeoutMs, looking every 20 ms, for `condition` to hold.

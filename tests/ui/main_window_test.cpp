@@ -13,6 +13,8 @@
 #include <QMenuBar>
 #include <QPushButton>
 #include <QStatusBar>
+#include <QMessageBox>
+#include <functional>
 
 #include "platform/process.h"
 #include "support/temp_dir.h"
@@ -180,4 +182,67 @@ TEST_F(MainWindowTest, WindowAnswersWhileTheWatchIsStartingServices)
     EXPECT_GE(starts->load(), 2) << "the watch never ran";
     EXPECT_LT(std::chrono::duration_cast<std::chrono::milliseconds>(longestGap).count(), 500);
     state.shuttingDown = true;
+}
+
+namespace {
+
+// Runs the event loop until `done` holds or `ms` have passed.
+bool spinUntil(const std::function<bool()>& done, int ms)
+{
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::milliseconds(ms);
+    while (!done() && std::chrono::steady_clock::now() < deadline)
+        QApplication::processEvents(QEventLoop::AllEvents, 20);
+    return done();
+}
+
+} // namespace
+
+TEST_F(MainWindowTest, OnlyTheOperatorsMoveOrResizeIsRemembered)
+{
+    core::AppState& state = freshState(base_.path());
+    state.liveMainConfig.wWindow = 900;
+    state.liveMainConfig.hWindow = 700;
+    MainWindow window(state);
+    window.setTeardownPause(0);
+    window.setQuitAction([] {});
+    ASSERT_TRUE(window.create());
+    int saves = 0;
+    window.actions().saveMainConfig = [&] { ++saves; };
+    // The first show and the placement from the config move and size the
+    // window; none of it is the operator's.
+    window.show();
+    spinUntil([] { return false; }, 1200);
+    EXPECT_EQ(saves, 0);
+
+    window.move(window.x() + 37, window.y() + 21);
+    ASSERT_TRUE(spinUntil([&] { return saves == 1; }, 5000));
+    EXPECT_EQ(state.liveMainConfig.xWindow, window.frameGeometry().x());
+    EXPECT_EQ(state.liveMainConfig.yWindow, window.frameGeometry().y());
+    window.resize(window.width() + 40, window.height() + 30);
+    ASSERT_TRUE(spinUntil([&] { return saves == 2; }, 5000));
+    EXPECT_EQ(state.liveMainConfig.wWindow, window.frameGeometry().width());
+    EXPECT_EQ(state.liveMainConfig.hWindow, window.frameGeometry().height());
+    spinUntil([] { return false; }, 600);
+    EXPECT_EQ(saves, 2) << "one save per move or resize";
+    state.shuttingDown = true;
+}
+
+TEST_F(MainWindowTest, AnEndRequestClosesTheOpenBoxThenTearsDown)
+{
+    core::AppState& state = freshState(base_.path());
+    MainWindow window(state);
+    window.setTeardownPause(0);
+    int quits = 0;
+    window.setQuitAction([&] { ++quits; });
+    ASSERT_TRUE(window.create());
+    window.show();
+    QMessageBox box(QMessageBox::Critical, "Сообщение", "...", QMessageBox::Ok, &window);
+    QTimer::singleShot(100, &window, [&] { window.endOnRequest(); });
+    bool leftOpen = false;
+    // Only if the request failed to close it: the test must not hang.
+    QTimer::singleShot(8000, &box, [&] { leftOpen = box.isVisible(); box.done(0); });
+    box.exec();
+    EXPECT_FALSE(leftOpen);
+    EXPECT_TRUE(spinUntil([&] { return quits == 1; }, 5000));
+    EXPECT_TRUE(state.shuttingDown);
 }

@@ -1,0 +1,76 @@
+#include "maintenance/settings_migration.h"
+
+#include <fstream>
+#include <iterator>
+#include <system_error>
+
+namespace vx::maintenance {
+
+namespace fs = std::filesystem;
+
+const char* const lastRunFileName = "lastrun.txt";
+
+namespace {
+
+fs::path readRemembered(const fs::path& file)
+{
+    std::ifstream in(file, std::ios::binary);
+    std::string text((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+    while (!text.empty() && (text.back() == '\n' || text.back() == '\r'))
+        text.pop_back();
+    return fs::path(text);
+}
+
+// Written beside, then renamed over: a start that dies halfway leaves the
+// old location or the new, never half of one.
+void remember(const fs::path& file, const fs::path& current)
+{
+    const fs::path part = file.string() + ".part";
+    {
+        std::ofstream out(part, std::ios::binary | std::ios::trunc);
+        out << current.string() << '\n';
+        if (!out.flush())
+            return;
+    }
+    std::error_code ec;
+    fs::rename(part, file, ec);
+}
+
+bool sameFolder(const fs::path& a, const fs::path& b)
+{
+    std::error_code ec;
+    if (fs::equivalent(a, b, ec))
+        return true;
+    return a.lexically_normal() == b.lexically_normal();
+}
+
+} // namespace
+
+fs::path checkSettingsMigration(const fs::path& userData, const fs::path& current)
+{
+    if (userData.empty())
+        return {};
+    const fs::path file = userData / lastRunFileName;
+    const fs::path earlier = readRemembered(file);
+    remember(file, current);
+    std::error_code ec;
+    if (earlier.empty() || sameFolder(earlier, current) || !fs::is_directory(earlier / "configs", ec))
+        return {};
+    return earlier;
+}
+
+bool copyEarlierConfigs(const fs::path& earlier, const fs::path& current, std::string& error)
+{
+    std::error_code ec;
+    fs::create_directories(current / "configs", ec);
+    if (!ec)
+        fs::copy(earlier / "configs", current / "configs",
+                 fs::copy_options::recursive | fs::copy_options::overwrite_existing, ec);
+    if (ec) {
+        error = ec.message();
+        return false;
+    }
+    return true;
+}
+
+} // namespace vx::maintenance

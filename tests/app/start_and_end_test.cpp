@@ -1,0 +1,170 @@
+// The manager started and ended with no operator action in between: every
+// config file stays byte for byte as it was, and an end request ends it
+// also while a message box of the start is open.
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <csignal>
+#include <map>
+#include <sstream>
+#include <thread>
+
+#include "support/captured_stderr.h"
+#include "support/installation.h"
+
+using namespace vx::test;
+
+namespace {
+
+namespace fs = std::filesystem;
+
+// Every file below the configs folder, by its path there, with its bytes.
+std::map<std::string, std::string> configSnapshot(const fs::path& configs)
+{
+    std::map<std::string, std::string> files;
+    for (const auto& entry : fs::recursive_directory_iterator(configs))
+        if (entry.is_regular_file())
+            files[fs::relative(entry.path(), configs).string()] = readFileBytes(entry.path());
+    return files;
+}
+
+// The log's texts without time stamps and CR.
+std::vector<std::string> logTexts(const fs::path& file)
+{
+    std::vector<std::string> lines;
+    std::istringstream in(readFileBytes(file));
+    for (std::string line; std::getline(in, line);) {
+        if (!line.empty() && line.back() == '\r') line.pop_back();
+        lines.push_back(line.size() > 21 ? line.substr(21) : "");
+    }
+    return lines;
+}
+
+bool logHas(const fs::path& file, const std::string& text)
+{
+    for (const std::string& line : logTexts(file))
+        if (line.find(text) != std::string::npos) return true;
+    return false;
+}
+
+// A main config as saveConfig writes it, with the window placed.
+std::string mainConfigText(const std::string& logs, const std::string& base)
+{
+    return "{\n\t\"name\":\"MainConfig\",\n\t\"version\":1,\n\t\"systemLogPath\":\"" + logs +
+           "\",\n\t\"systemLevel\":0,\n\t\"recogLogPath\":\"" + logs +
+           "\",\n\t\"recogFormat\":\"{datetime} number: {plate}, direction: {direction}\",\n"
+           "\t\"dataTimeFormat\":\"Y-m-d H:M:S\",\n\t\"reportsPath\":\"" + base + "/reports\",\n\t\"videoPath\":\"" +
+           base + "/videos\",\n\t\"saveImage\":false,\n\t\"sizeImage\":0,\n\t\"timeLife\":0,\n\t\"videoChunk\":300,\n"
+           "\t\"maxSizeVideoDirectoryMb\":100,\n\t\"divideLogRecog\":0,\n\t\"autoRunManager\":false,\n"
+           "\t\"startStatus\":false,\n\t\"globalRestart\":false,\n\t\"xWindow\":40,\n\t\"yWindow\":30,\n"
+           "\t\"wWindow\":1000,\n\t\"hWindow\":760,\n\t\"display\":0,\n\t\"perfLog\":0,\n"
+           "\t\"videoStreams\":[\n\t],\n\t\"autoRunStreams\":[\n\t]\n}";
+}
+
+class StartAndEnd : public ::testing::Test {
+protected:
+    fs::path logFile() const { return install_.logs() / "VexlaneLog.txt"; }
+
+    // Starts the manager, waits until `ready` holds, lets it stand for
+    // `standMs`, asks it to end and returns its exit code (-1: it didn't end
+    // within ten seconds).
+    int runUntil(const std::function<bool()>& ready, int standMs)
+    {
+        auto manager = install_.startManager();
+        if (!manager)
+            return -2;
+        EXPECT_TRUE(waitFor(ready, 20000));
+        std::this_thread::sleep_for(std::chrono::milliseconds(standMs));
+        manager->kill(SIGTERM);
+        return manager->waitExit(10000).value_or(-1);
+    }
+
+    ScopedEnv platform_{"QT_QPA_PLATFORM", "offscreen"};
+    RuntimeSandbox runtime_;
+    Installation install_;
+};
+
+TEST_F(StartAndEnd, LeavesEveryConfigFileByteForByte)
+{
+    const std::string mainText = mainConfigText(install_.logs().string(), install_.folder().string());
+    writeFileBytes(install_.configs() / "vx_main_config.json", mainText);
+    const auto started = [&] { return logHas(logFile(), "OnCreate ok!"); };
+    // The first run writes the files that are missing; what it found stays.
+    ASSERT_EQ(runUntil(started, 300), 0);
+    EXPECT_EQ(readFileBytes(install_.configs() / "vx_main_config.json"), mainText);
+    const auto before = configSnapshot(install_.configs());
+    ASSERT_GE(before.size(), 4u);
+
+    // Well past the end of any settling of the window after its first show.
+    ASSERT_EQ(runUntil(started, 1500), 0);
+    const auto after = configSnapshot(install_.configs());
+    for (const auto& [name, bytes] : before) {
+        ASSERT_TRUE(after.count(name)) << name << " is gone";
+        EXPECT_EQ(after.at(name), bytes) << name << " was rewritten";
+    }
+    for (const auto& [name, bytes] : after)
+        EXPECT_TRUE(before.count(name)) << name << " was made";
+}
+
+TEST_F(StartAndEnd, AnEndRequestEndsItWhileAStartMessageIsOpen)
+{
+    // A main config that can't be read: its message is open, and no log yet.
+    writeFileBytes(install_.configs() / "vx_main_config.json", "{\"systemLogPath\":");
+    EXPECT_EQ(runUntil([] { return true; }, 1500), 0);
+
+    // A recognition config that can't be read: the log is open by then and
+    // ends
+    // with the teardown's line.
+    writeFileBytes(install_.configs() / "vx_main_config.json",
+                   mainConfigText(install_.logs().string(), install_.folder().string()));
+    writeFileBytes(install_.configs() / "vx_recog_config_srv.json", "{\"name\":");
+    EXPECT_EQ(runUntil([&] { return logHas(logFile(), "loadRecogGlobal error!"); }, 500), 0);
+    const auto lines = logTexts(logFile());
+    ASSERT_FALSE(lines.empty());
+    EXPECT_EQ(lines.back(), "Close");
+}
+
+} // namespace
+
+namespace {
+
+// Two installations side by side, one user: the manager run from the first,
+// then from a new folder beside it.
+TEST(SettingsMigrationRun, OfferedOnlyWhenRunFromAnotherFolder)
+{
+    ScopedEnv platform{"QT_QPA_PLATFORM", "offscreen"};
+    RuntimeSandbox runtime;
+    Installation first("Vexlane 1.0");
+    Installation second("Vexlane 2.0", first.userData());
+    const auto logOf = [](const Installation& i) { return i.logs() / "VexlaneLog.txt"; };
+
+    // A first run anywhere offers nothing: it goes straight on to its log.
+    auto manager = first.startManager();
+    ASSERT_TRUE(manager);
+    EXPECT_TRUE(waitFor([&] { return logTexts(logOf(first)).size() >= 2; }, 20000));
+    EXPECT_EQ(readFileBytes(first.userData() / "vexlane" / "lastrun.txt"), first.folder().string() + "\n");
+    manager->kill(SIGTERM);
+    ASSERT_EQ(manager->waitExit(10000).value_or(-1), 0);
+
+    // From the new folder the offer comes before the main config is read,
+    // so no log is opened while it stands; an end request cancels it.
+    manager = second.startManager();
+    ASSERT_TRUE(manager);
+    std::this_thread::sleep_for(std::chrono::milliseconds(3000));
+    EXPECT_FALSE(fs::exists(logOf(second))) << "the start went on without the offer";
+    manager->kill(SIGTERM);
+    ASSERT_EQ(manager->waitExit(10000).value_or(-1), 0);
+    EXPECT_EQ(readFileBytes(first.userData() / "vexlane" / "lastrun.txt"), second.folder().string() + "\n");
+    const std::string main = readFileBytes(second.configs() / "vx_main_config.json");
+    EXPECT_NE(main.find("\t\"systemLogPath\":\"" + second.logs().string() + "\",\n"), std::string::npos) << main;
+
+    // Once remembered, the new folder runs on without an offer.
+    fs::remove(logOf(second));
+    manager = second.startManager();
+    ASSERT_TRUE(manager);
+    EXPECT_TRUE(waitFor([&] { return logTexts(logOf(second)).size() >= 2; }, 20000));
+    manager->kill(SIGTERM);
+    EXPECT_EQ(manager->waitExit(10000).value_or(-1), 0);
+}
+
+} // namespace
