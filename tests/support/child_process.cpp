@@ -1,4 +1,5 @@
 #include "support/child_process.h"
+#include "support/time_scale.h"
 
 #include <cerrno>
 #include <csignal>
@@ -81,7 +82,7 @@ ChildProcess::~ChildProcess()
 
 std::optional<std::string> ChildProcess::readLine(int timeoutMs)
 {
-    const auto deadline = Clock::now() + std::chrono::milliseconds(timeoutMs);
+    const auto deadline = Clock::now() + std::chrono::milliseconds(scaledMs(timeoutMs));
     for (;;) {
         const auto end = pending_.find('\n');
         if (end != std::string::npos) {
@@ -130,7 +131,7 @@ std::optional<int> ChildProcess::waitExit(int timeoutMs)
 {
     if (reaped_)
         return exitStatus_;
-    const auto deadline = Clock::now() + std::chrono::milliseconds(timeoutMs);
+    const auto deadline = Clock::now() + std::chrono::milliseconds(scaledMs(timeoutMs));
     for (;;) {
         int status = 0;
         const pid_t rc = ::waitpid(static_cast<pid_t>(pid_), &status, WNOHANG);

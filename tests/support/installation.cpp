@@ -1,4 +1,5 @@
 #include "support/installation.h"
+#include "support/time_scale.h"
 
 #include <chrono>
 #include <thread>
@@ -28,7 +29,7 @@ std::unique_ptr<ChildProcess> Installation::startManager() const
 
 bool waitFor(const std::function<bool()>& condition, int timeoutMs)
 {
-    const auto deadline = std::chrono::steady_clock::now() + std::chrono::milliseconds(timeoutMs);
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::milliseconds(scaledMs(timeoutMs));
     while (!condition()) {
         if (std::chrono::steady_clock::now() >= deadline)
             return false;
