@@ -207,7 +207,7 @@ TEST_F(MainWindowTest, OnlyTheOperatorsMoveOrResizeIsRemembered)
     window.setQuitAction([] {});
     ASSERT_TRUE(window.create());
     int saves = 0;
-    window.actions().saveMainConfig = [&] { ++saves; };
+    window.actions().saveMainConfig = [&] { ++saves; return true; };
     // The first show and the placement from the config move and size the
     // window; none of it is the operator's.
     window.show();
