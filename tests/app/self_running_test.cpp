@@ -184,7 +184,7 @@ TEST(SelfRunning, PanelsPicturesAndTheWatchBringBackWhatWasKilled)
 
     // Back within the watch's time: each start blocks up to five seconds.
     const std::string restarted = "videoStart ID" + std::to_string(base + 1) + " ok!";
-    EXPECT_TRUE(waitFor([&] { return countLines(log, restarted) >= 2; }, 20000)) << readFileBytes(log);
+    EXPECT_TRUE(waitFor([&] { return countLines(log, restarted) >= 2; }, 30000)) << readFileBytes(log);
     if (inferencePid) {
         EXPECT_TRUE(waitFor([&] { return standInPid(inferenceLog) != inferencePid && alive(standInPid(inferenceLog)); },
                             20000));
@@ -196,8 +196,8 @@ TEST(SelfRunning, PanelsPicturesAndTheWatchBringBackWhatWasKilled)
     // image name is machine-wide). That the restarted stream's own block is
     // picked up again is pinned by the stream channel and shared block tests.
     const int from = countLines(log, picture);
-    EXPECT_TRUE(waitFor([&] { return countLines(log, picture) - from >= 9; }, 20000))
-        << countLines(log, picture) - from << " pictures in twenty seconds";
+    EXPECT_TRUE(waitFor([&] { return countLines(log, picture) - from >= 9; }, 30000))
+        << countLines(log, picture) - from << " pictures in thirty seconds";
 
     // The manager goes; what it started doesn't, so the test ends it all.
     manager->kill(SIGTERM);
