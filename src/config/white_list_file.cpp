@@ -228,7 +228,10 @@ bool saveWhiteList(WhiteListTable& table, const std::string& configDirectory, st
                   << " changed on disk since it was read; that version is kept as " << list.file
                   << copy->substr(path.size()) << std::endl;
     }
-    if (!writeConfigFile("", path, whiteListText(list))) return false;
+    // An extended list is JSON: never replaced by a text the parser refuses.
+    const bool written = list.extended ? writeJsonConfigFile("", path, whiteListText(list))
+                                       : writeConfigFile("", path, whiteListText(list));
+    if (!written) return false;
     list.dirty = false;
     list.fileTime = modificationTime(configDirectory, list.file);
     return true;

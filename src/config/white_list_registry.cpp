@@ -78,7 +78,8 @@ std::string whiteListsRegistryText(const WhiteListTable& table) {
 }
 
 bool saveWhiteListsList(const WhiteListTable& table, const std::string& configDirectory) {
-    return writeConfigFile("", registryPath(configDirectory), whiteListsRegistryText(table));
+    // Never replaced by a text the parser refuses.
+    return writeJsonConfigFile("", registryPath(configDirectory), whiteListsRegistryText(table));
 }
 
 void writeDefaultWhiteLists(const std::string& configDirectory) {
