@@ -4,6 +4,8 @@
 #include <iterator>
 #include <system_error>
 
+#include "platform/file_replace.h"
+
 namespace vx::maintenance {
 
 namespace fs = std::filesystem;
@@ -26,14 +28,9 @@ fs::path readRemembered(const fs::path& file)
 void remember(const fs::path& file, const fs::path& current)
 {
     const fs::path part = file.string() + ".part";
-    {
-        std::ofstream out(part, std::ios::binary | std::ios::trunc);
-        out << current.string() << '\n';
-        if (!out.flush())
-            return;
-    }
-    std::error_code ec;
-    fs::rename(part, file, ec);
+    std::string error;
+    if (!platform::writeWholeFile(part, current.string() + '\n', error) || !platform::replaceFile(part, file, error))
+        platform::removeFileQuietly(part);
 }
 
 bool sameFolder(const fs::path& a, const fs::path& b)
