@@ -4,7 +4,7 @@
 #include <QSocketNotifier>
 #include <memory>
 
-#include "core/state/app_state.h"
+#include "state/app_state.h"
 #include "core/startup.h"
 #include "core/version.h"
 #include "maintenance/crash_capture.h"
@@ -14,7 +14,7 @@
 #include "platform/paths.h"
 #include "platform/single_instance.h"
 #include "platform/user_data.h"
-#include "ui/main_window.h"
+#include "ui/qt/main_window.h"
 
 int main(int argc, char* argv[])
 {

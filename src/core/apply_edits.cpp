@@ -3,7 +3,7 @@
 #include "config/text_codec.h"
 #include "core/process_actions.h"
 #include "core/save_failure.h"
-#include "core/state/camera_runtime.h"
+#include "state/camera_runtime.h"
 #include "core/stream_files.h"
 #include "liveview/overlay.h"
 #include "liveview/tile_grid.h"

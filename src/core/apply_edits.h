@@ -10,7 +10,7 @@
 #include <string>
 
 #include "config/camera_config.h"
-#include "core/state/app_state.h"
+#include "state/app_state.h"
 #include "dialogs/messages.h"
 #include "liveview/live_view.h"
 

@@ -1,7 +1,7 @@
 #pragma once
 // "Start all" and "stop all" of the main dialog.
 #include "core/process_actions.h"
-#include "core/state/app_state.h"
+#include "state/app_state.h"
 
 namespace vx::core {
 

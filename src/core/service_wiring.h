@@ -4,7 +4,7 @@
 #include <memory>
 
 #include "core/process_actions.h"
-#include "core/state/app_state.h"
+#include "state/app_state.h"
 #include "core/timer_thread.h"
 #include "supervision/service_context.h"
 

@@ -7,7 +7,7 @@
 #include <string>
 
 #include "core/process_actions.h"
-#include "core/state/app_state.h"
+#include "state/app_state.h"
 
 namespace vx::core {
 

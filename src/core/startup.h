@@ -7,7 +7,7 @@
 #include <functional>
 #include <string>
 
-#include "core/state/app_state.h"
+#include "state/app_state.h"
 
 namespace vx::core {
 

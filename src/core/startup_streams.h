@@ -6,7 +6,7 @@
 #include <string>
 
 #include "core/startup.h"
-#include "core/state/app_state.h"
+#include "state/app_state.h"
 
 namespace vx::core {
 

@@ -3,7 +3,7 @@
 // Texts are Windows-1251, lines separated by CR LF.
 #include <string>
 
-#include "core/state/app_state.h"
+#include "state/app_state.h"
 
 namespace vx::core {
 

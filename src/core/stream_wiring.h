@@ -5,7 +5,7 @@
 #include <memory>
 
 #include "core/process_actions.h"
-#include "core/state/app_state.h"
+#include "state/app_state.h"
 #include "core/timer_thread.h"
 #include "platform/window_endpoint.h"
 #include "supervision/stream_control.h"

@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <functional>
 
-#include "core/state/app_state.h"
+#include "state/app_state.h"
 
 namespace vx::core {
 

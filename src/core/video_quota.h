@@ -1,7 +1,7 @@
 #pragma once
 // The manager's video archive quota: the archive object made from the main
 // config, and the quota task of the timer thread.
-#include "core/state/app_state.h"
+#include "state/app_state.h"
 #include "core/timer_thread.h"
 
 namespace vx::core {

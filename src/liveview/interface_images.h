@@ -8,7 +8,7 @@
 
 #include <opencv2/core/mat.hpp>
 
-#include "core/state/app_state.h"
+#include "state/app_state.h"
 #include "liveview/live_view.h"
 
 namespace vx::liveview {

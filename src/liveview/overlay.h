@@ -7,7 +7,7 @@
 
 #include <opencv2/core/mat.hpp>
 
-#include "core/state/camera_runtime.h"
+#include "state/camera_runtime.h"
 #include "liveview/tile_grid.h"
 
 namespace vx::liveview {

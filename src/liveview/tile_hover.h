@@ -1,6 +1,6 @@
 #pragma once
 // The mouse over the tile area: which tile and which button it is over.
-#include "core/state/stream_table.h"
+#include "state/stream_table.h"
 #include "liveview/live_view.h"
 
 namespace vx::liveview {

@@ -8,7 +8,7 @@
 
 #include <opencv2/core/mat.hpp>
 
-#include "core/state/stream_table.h"
+#include "state/stream_table.h"
 #include "liveview/live_view.h"
 
 namespace vx::liveview {

@@ -3,7 +3,7 @@
 #include <chrono>
 #include <thread>
 
-#include "core/state/app_state.h"
+#include "state/app_state.h"
 #include "maintenance/system_log.h"
 #include "platform/paths.h"
 

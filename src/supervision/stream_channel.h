@@ -12,8 +12,8 @@
 #include <string>
 #include <vector>
 
-#include "core/state/stream_channel.h"
-#include "core/state/stream_table.h"
+#include "state/stream_channel.h"
+#include "state/stream_table.h"
 #include "platform/window_endpoint.h"
 
 namespace vx::supervision {

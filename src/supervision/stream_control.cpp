@@ -9,7 +9,7 @@
 
 #include "config/camera_config.h"
 #include "config/text_codec.h"
-#include "core/state/app_state.h"
+#include "state/app_state.h"
 #include "maintenance/system_log.h"
 #include "platform/command_line.h"
 #include "platform/paths.h"

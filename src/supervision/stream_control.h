@@ -15,7 +15,7 @@
 #include <vector>
 
 #include "config/main_config.h"
-#include "core/state/stream_table.h"
+#include "state/stream_table.h"
 #include "platform/process.h"
 #include "platform/window_endpoint.h"
 

@@ -6,7 +6,7 @@
 #include <atomic>
 #include <thread>
 
-#include "core/state/stream_table.h"
+#include "state/stream_table.h"
 #include "liveview/tile_pictures.h"
 
 using namespace vx;

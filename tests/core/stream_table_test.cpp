@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "core/state/stream_table.h"
+#include "state/stream_table.h"
 
 using namespace vx;
 using namespace vx::core;

@@ -5,7 +5,7 @@
 
 #include <opencv2/core/mat.hpp>
 
-#include "core/state/stream_table.h"
+#include "state/stream_table.h"
 
 namespace vx::test {
 

@@ -12,8 +12,8 @@
 #include <thread>
 
 #include "support/qt_application.h"
-#include "ui/camera_discovery_windows.h"
-#include "ui/qt_text.h"
+#include "ui/qt/camera_discovery_windows.h"
+#include "ui/qt/qt_text.h"
 
 using namespace vx;
 using namespace vx::dialogs;

@@ -19,8 +19,8 @@
 #include "platform/process.h"
 #include "support/temp_dir.h"
 #include "support/qt_application.h"
-#include "ui/main_window.h"
-#include "ui/qt_text.h"
+#include "ui/qt/main_window.h"
+#include "ui/qt/qt_text.h"
 
 using namespace vx;
 using namespace vx::ui;

@@ -13,7 +13,7 @@
 #include "supervision/service_test_support.h"
 #include "support/installation.h"
 #include "support/qt_application.h"
-#include "ui/main_window.h"
+#include "ui/qt/main_window.h"
 
 using namespace vx;
 

@@ -11,9 +11,9 @@
 #include "support/captured_stderr.h"
 #include "support/qt_application.h"
 #include "support/temp_dir.h"
-#include "ui/main_window.h"
-#include "ui/qt_text.h"
-#include "ui/settings_migration_window.h"
+#include "ui/qt/main_window.h"
+#include "ui/qt/qt_text.h"
+#include "ui/qt/settings_migration_window.h"
 
 using namespace vx;
 using namespace vx::ui;

@@ -16,8 +16,8 @@
 
 #include "config/text_codec.h"
 #include "support/qt_application.h"
-#include "ui/qt_text.h"
-#include "ui/settings_windows.h"
+#include "ui/qt/qt_text.h"
+#include "ui/qt/settings_windows.h"
 
 using namespace vx;
 using namespace vx::dialogs;

@@ -15,10 +15,10 @@
 
 #include "config/text_codec.h"
 #include "support/qt_application.h"
-#include "ui/qt_text.h"
-#include "ui/recognition_window.h"
-#include "ui/signal_window.h"
-#include "ui/signals_reports_window.h"
+#include "ui/qt/qt_text.h"
+#include "ui/qt/recognition_window.h"
+#include "ui/qt/signal_window.h"
+#include "ui/qt/signals_reports_window.h"
 
 using namespace vx;
 using namespace vx::dialogs;

@@ -9,8 +9,8 @@
 #include "config/text_codec.h"
 #include "dialogs/messages.h"
 #include "support/qt_application.h"
-#include "ui/qt_text.h"
-#include "ui/stream_window.h"
+#include "ui/qt/qt_text.h"
+#include "ui/qt/stream_window.h"
 
 using namespace vx;
 using vx::ui::literal;

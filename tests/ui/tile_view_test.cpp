@@ -5,7 +5,7 @@
 #include <QMouseEvent>
 
 #include "support/qt_application.h"
-#include "ui/tile_view.h"
+#include "ui/qt/tile_view.h"
 
 using vx::ui::TileView;
 
@@ -62,7 +62,7 @@ TEST(TileView, ReportsMovesAndLeftClicksOnly)
 #include <QStatusBar>
 
 #include "support/temp_dir.h"
-#include "ui/main_window.h"
+#include "ui/qt/main_window.h"
 
 TEST(TileArea, TheWindowDrawsTheZoneAndAClickClearsTheStatus)
 {

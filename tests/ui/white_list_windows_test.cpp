@@ -18,8 +18,8 @@
 
 #include "support/qt_application.h"
 #include "../dialogs/white_list_fixture.h"
-#include "ui/qt_text.h"
-#include "ui/white_list_windows.h"
+#include "ui/qt/qt_text.h"
+#include "ui/qt/white_list_windows.h"
 
 using namespace vx;
 using namespace vx::dialogs;
