@@ -124,14 +124,28 @@ TEST_F(MessengerConfigFile, FullRecordRoundTripsWithItsTokensEnciphered)
     EXPECT_EQ(readFileBytes(file()), first);
 }
 
-TEST(TokenCipher, LowerCaseHexOfWholeBlocks)
+// Known answers under the program's key: both cipher backends must give
+// these bytes, or a token saved by one build can't be read by the other.
+TEST(TokenCipher, KnownAnswersInLowerCaseHexOfWholeBlocks)
 {
-    const std::string hex = encipherToken("bot-token");
-    EXPECT_EQ(hex.size(), 32u);   // 9 bytes pad to one block
-    EXPECT_EQ(hex.find_first_not_of("0123456789abcdef"), std::string::npos) << hex;
-    EXPECT_EQ(encipherToken(std::string(16, 'x')).size(), 64u);   // a full block gains a padding block
+    const struct {
+        std::string plain;
+        std::string hex;
+    } cases[] = {
+        {"bot-token", "715610f478c8193b962b904fe83b4021"},   // 9 bytes pad to one block
+        {std::string(16, 'x'),                                // a full block gains a padding block
+         "0a546e697ffaf9ab2ac0042a01ec8c98cd0511c758a631f1a73d38cde14c4159"},
+        {"\xd0\xbf\xd0\xb0\xd1\x80\xd0\xbe\xd0\xbb\xd1\x8c", "090c0f2b8b2a60ec956a3cff54739971"},
+    };
+    for (const auto& c : cases) {
+        EXPECT_EQ(encipherToken(c.plain), c.hex);
+        EXPECT_EQ(decipherToken(c.hex), c.plain);
+    }
     EXPECT_EQ(encipherToken(""), "");
-    EXPECT_EQ(decipherToken(hex), "bot-token");
+    std::string badPadding = cases[0].hex;
+    badPadding.back() = badPadding.back() == '0' ? '1' : '0';
+    EXPECT_EQ(decipherToken(badPadding), "");
+    EXPECT_EQ(decipherToken("abcd"), "");   // not a whole block
 }
 
 TEST_F(MessengerConfigFile, TokenTable)
