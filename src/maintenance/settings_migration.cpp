@@ -5,6 +5,7 @@
 #include <system_error>
 
 #include "platform/file_replace.h"
+#include "platform/text_mode.h"
 
 namespace vx::maintenance {
 
@@ -20,16 +21,21 @@ fs::path readRemembered(const fs::path& file)
     std::string text((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
     while (!text.empty() && (text.back() == '\n' || text.back() == '\r'))
         text.pop_back();
-    return fs::path(text);
+    return fs::path(std::u8string(text.begin(), text.end()));
 }
 
 // Written beside, then renamed over: a start that dies halfway leaves the
 // old location or the new, never half of one.
 void remember(const fs::path& file, const fs::path& current)
 {
-    const fs::path part = file.string() + ".part";
+    fs::path part = file;
+    part += ".part";
     std::string error;
-    if (!platform::writeWholeFile(part, current.string() + '\n', error) || !platform::replaceFile(part, file, error))
+    // UTF-8 on every platform (string() would be the ANSI code page on
+    // Windows, which can't hold every folder name).
+    const std::u8string utf8 = current.u8string();
+    const std::string line = platform::toTextMode(std::string(utf8.begin(), utf8.end()) + '\n');
+    if (!platform::writeWholeFile(part, line, error) || !platform::replaceFile(part, file, error))
         platform::removeFileQuietly(part);
 }
 
