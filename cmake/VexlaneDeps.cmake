@@ -1,5 +1,16 @@
 # Dependencies, all from Debian's packages (scripts/setup installs them).
+# Each backend is reached through one alias, the same name on both platforms:
+#   Vexlane::Json         nlohmann json (header only, both)
+#   Vexlane::Http         cpp-httplib: Debian's compiled library / the single header
+#   Vexlane::Cipher       OpenSSL's libcrypto / BCrypt
+#   Vexlane::Imaging      OpenCV / WIC
+#   Vexlane::TextDrawing  Qt GUI / GDI
+#   Vexlane::Parallel     oneTBB / nothing (plain threads)
 find_package(Threads REQUIRED)
+if(WIN32)
+  include(VexlaneWindowsDeps)
+  return()
+endif()
 find_package(Qt6 REQUIRED COMPONENTS Core Gui Widgets)
 find_package(TBB REQUIRED)
 find_package(OpenSSL REQUIRED)
@@ -26,3 +37,14 @@ else()
   endforeach()
 endif()
 add_library(Vexlane::OpenCV ALIAS vexlane_opencv)
+
+add_library(Vexlane::Json ALIAS nlohmann_json::nlohmann_json)
+add_library(Vexlane::Http ALIAS PkgConfig::HTTPLIB)
+add_library(Vexlane::Cipher ALIAS OpenSSL::Crypto)
+add_library(Vexlane::Imaging ALIAS vexlane_opencv)
+add_library(vexlane_text_drawing INTERFACE)
+target_link_libraries(vexlane_text_drawing INTERFACE Qt6::Gui)
+add_library(Vexlane::TextDrawing ALIAS vexlane_text_drawing)
+add_library(vexlane_parallel INTERFACE)
+target_link_libraries(vexlane_parallel INTERFACE TBB::tbb)
+add_library(Vexlane::Parallel ALIAS vexlane_parallel)

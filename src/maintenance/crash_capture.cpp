@@ -45,10 +45,10 @@ void signalEntry(int number, const platform::CrashReason& reason)
 void installCrashCapture(const std::filesystem::path& baseDirectory, const std::string& pathText)
 {
     const std::filesystem::path path = baseDirectory / "dumps" / "VexlaneDump.dmp";
-    copyText(dumpPath, sizeof dumpPath, path.native());
+    copyText(dumpPath, sizeof dumpPath, path.string());
     const std::string separator(1, platform::pathSeparator);
     const std::string text =
-        pathText.empty() ? path.native() : pathText + separator + "dumps" + separator + "VexlaneDump.dmp";
+        pathText.empty() ? path.string() : pathText + separator + "dumps" + separator + "VexlaneDump.dmp";
     copyText(dumpPathText, sizeof dumpPathText, text);
     platform::installFatalSignalHandlers(signalEntry);
     std::set_terminate(onTerminate);

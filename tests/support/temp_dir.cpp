@@ -1,20 +1,33 @@
 #include "support/temp_dir.h"
 
 #include <cstdlib>
+#include <random>
 #include <stdexcept>
 #include <system_error>
-#include <vector>
+
+#include "support/environment.h"
 
 namespace vx::test {
 
 TempDir::TempDir(const std::string& prefix)
 {
-    std::string pattern = (std::filesystem::temp_directory_path() / (prefix + "XXXXXX")).string();
-    std::vector<char> buffer(pattern.begin(), pattern.end());
-    buffer.push_back('\0');
-    if (!::mkdtemp(buffer.data()))
-        throw std::runtime_error("mkdtemp failed for " + pattern);
-    path_ = buffer.data();
+    // A new folder of a random name: create_directory tells whether it was
+    // this call that made it, so two tests never share one.
+    static const char letters[] = "abcdefghijklmnopqrstuvwxyz0123456789";
+    std::random_device seed;
+    std::mt19937 random(seed());
+    const std::filesystem::path parent = std::filesystem::temp_directory_path();
+    for (int attempt = 0; attempt < 100; ++attempt) {
+        std::string name = prefix;
+        for (int i = 0; i < 8; ++i)
+            name += letters[random() % (sizeof letters - 1)];
+        std::error_code ec;
+        if (std::filesystem::create_directory(parent / name, ec)) {
+            path_ = parent / name;
+            return;
+        }
+    }
+    throw std::runtime_error("no temporary folder could be made in " + parent.string());
 }
 
 TempDir::~TempDir()
@@ -29,15 +42,15 @@ ScopedEnv::ScopedEnv(const std::string& name, const std::string& value) : name_(
         previous_ = old;
         hadPrevious_ = true;
     }
-    ::setenv(name.c_str(), value.c_str(), 1);
+    setEnvironment(name, value);
 }
 
 ScopedEnv::~ScopedEnv()
 {
     if (hadPrevious_)
-        ::setenv(name_.c_str(), previous_.c_str(), 1);
+        setEnvironment(name_, previous_);
     else
-        ::unsetenv(name_.c_str());
+        unsetEnvironment(name_);
 }
 
 } // namespace vx::test
