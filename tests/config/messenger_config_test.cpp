@@ -4,13 +4,14 @@
 
 #include "config/text_codec.h"
 #include "config/token_cipher.h"
+#include "config_text.h"
 #include "support/captured_stderr.h"
 #include "support/temp_dir.h"
 
 namespace vx::config {
 namespace {
 
-using test::readFileBytes;
+using test::readText;
 using test::writeFileBytes;
 
 std::string defaultChannel(bool last)
@@ -71,7 +72,7 @@ TEST_F(MessengerConfigFile, FirstReadWritesTheDefaultFile)
     test::CapturedStderr err;
     loadMessengers(dir(), config, 1235);
     EXPECT_EQ(err.text(), "");
-    EXPECT_EQ(readFileBytes(file()), defaultText());
+    EXPECT_EQ(readText(file()), defaultText());
     EXPECT_EQ(config.port, 1236);
     EXPECT_FALSE(config.on);
     EXPECT_TRUE(config.channels[0].delaySame);
@@ -103,7 +104,7 @@ TEST_F(MessengerConfigFile, FullRecordRoundTripsWithItsTokensEnciphered)
     mail.sender = "gate@example.test";
     mail.receiver = "guard@example.test";
     saveMessengers(dir(), config);
-    const std::string first = readFileBytes(file());
+    const std::string first = readText(file());
 
     const std::string botToken = encipherToken("123456:ABC-def_ghi");
     EXPECT_NE(first.find("\t\"on\":1,\n"), std::string::npos);
@@ -121,7 +122,7 @@ TEST_F(MessengerConfigFile, FullRecordRoundTripsWithItsTokensEnciphered)
     EXPECT_EQ(back.channels[9].token, mail.token);
     EXPECT_EQ(back.channels[0].name, bot.name);
     saveMessengers(dir(), back);
-    EXPECT_EQ(readFileBytes(file()), first);
+    EXPECT_EQ(readText(file()), first);
 }
 
 // Known answers under the program's key: both cipher backends must give
@@ -184,7 +185,7 @@ TEST_F(MessengerConfigFile, UndecipherableTokenIsLostAtTheNextSave)
     MessengersConfig config;
     loadText("{\"channels\":[{\"token\":\"" + std::string(32, 'a') + "\"}]}", config);
     saveMessengers(dir(), config);
-    EXPECT_NE(readFileBytes(file()).find("\t\t\"token\":\"\",\n"), std::string::npos);
+    EXPECT_NE(readText(file()).find("\t\t\"token\":\"\",\n"), std::string::npos);
 }
 
 TEST_F(MessengerConfigFile, ReaderTable)
@@ -242,7 +243,7 @@ TEST_F(MessengerConfigFile, ReaderTable)
         loadText(c.text, config, c.controlPort);
         EXPECT_EQ(errors_, c.errors);
         c.check(config);
-        EXPECT_EQ(readFileBytes(file()), c.text) << "a read never rewrites an existing file";
+        EXPECT_EQ(readText(file()), c.text) << "a read never rewrites an existing file";
     }
 }
 

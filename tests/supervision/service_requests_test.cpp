@@ -10,7 +10,6 @@
 #include "supervision/service_launcher.h"
 #include "supervision/service_requests.h"
 #include "supervision/service_watch.h"
-#include "support/installation.h"
 
 namespace vx::supervision {
 namespace {
@@ -42,7 +41,7 @@ public:
         thread_ = std::thread([this] { server_.listen_after_bind(); });
         // Bound already, so early connections wait in the backlog; this only
         // keeps the first request from racing the accept loop's start.
-        test::waitFor([this] { return server_.is_running(); }, 2000);
+        test::waitUntil([this] { return server_.is_running(); }, 2000);
     }
     ~LocalService()
     {
@@ -65,7 +64,7 @@ public:
     // until `count` requests are noted.
     std::vector<std::string> requests(std::size_t count)
     {
-        test::waitFor([&] { return requests().size() >= count; }, 3000);
+        test::waitUntil([&] { return requests().size() >= count; }, 3000);
         return requests();
     }
 
