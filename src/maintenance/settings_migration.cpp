@@ -5,6 +5,7 @@
 #include <system_error>
 
 #include "platform/file_replace.h"
+#include "platform/paths.h"
 #include "platform/text_mode.h"
 
 namespace vx::maintenance {
@@ -64,11 +65,23 @@ fs::path checkSettingsMigration(const fs::path& userData, const fs::path& curren
 
 bool copyEarlierConfigs(const fs::path& earlier, const fs::path& current, std::string& error)
 {
+    // File by file through the platform's copy rather than fs::copy: the
+    // Windows runtime takes two files for the same one (it has no inode
+    // numbers) and refuses to copy over them.
     std::error_code ec;
-    fs::create_directories(current / "configs", ec);
-    if (!ec)
-        fs::copy(earlier / "configs", current / "configs",
-                 fs::copy_options::recursive | fs::copy_options::overwrite_existing, ec);
+    const fs::path from = earlier / "configs";
+    const fs::path to = current / "configs";
+    fs::create_directories(to, ec);
+    fs::recursive_directory_iterator it(from, ec);
+    for (; !ec && it != fs::recursive_directory_iterator(); it.increment(ec)) {
+        const fs::path target = to / fs::relative(it->path(), from, ec);
+        if (ec)
+            break;
+        if (it->is_directory(ec))
+            fs::create_directories(target, ec);
+        else if (!ec && !platform::copyFileOverwrite(it->path(), target, error))
+            return false;
+    }
     if (ec) {
         error = ec.message();
         return false;
