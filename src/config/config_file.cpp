@@ -8,6 +8,7 @@
 #include "platform/file_replace.h"
 #include "platform/named_lock.h"
 #include "platform/paths.h"
+#include "platform/text_mode.h"
 
 namespace vx::config {
 namespace {
@@ -76,7 +77,7 @@ bool writeConfigFile(const std::string& mutexName, const std::string& path,
     // The text goes to "<file>.new" beside the file and replaces it in one
     // step, so the file holds either the old text or the new one, never a part.
     const std::filesystem::path pending = toNativePath(pendingFilePath(path));
-    if (!platform::writeWholeFile(pending, text, error) || !platform::replaceFile(pending, target, error)) {
+    if (!platform::writeWholeFile(pending, platform::toTextMode(text), error) || !platform::replaceFile(pending, target, error)) {
         platform::removeFileQuietly(pending);
         std::cerr << "Failed to write config file " << path << ": " << error << "; the file was not changed"
                   << std::endl;

@@ -48,7 +48,8 @@ enum class SafetyCopy { none, keepPrevious };
 // The file is thus either the old text or the new, whole, whatever happens;
 // a "<path>.new" left by a crash is overwritten by the next save and read by
 // nobody. An empty `mutexName` means the file has no lock (receiver samples,
-// white lists). The bytes on disk are exactly `text`.
+// white lists). The bytes on disk are `text` in the platform's text mode
+// (platform::toTextMode: CR LF line ends on Windows).
 bool writeConfigFile(const std::string& mutexName, const std::string& path,
                      const std::string& text, SafetyCopy safetyCopy = SafetyCopy::none);
 

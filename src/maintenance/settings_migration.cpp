@@ -5,6 +5,8 @@
 #include <system_error>
 
 #include "platform/file_replace.h"
+#include "platform/paths.h"
+#include "platform/text_mode.h"
 
 namespace vx::maintenance {
 
@@ -20,16 +22,21 @@ fs::path readRemembered(const fs::path& file)
     std::string text((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
     while (!text.empty() && (text.back() == '\n' || text.back() == '\r'))
         text.pop_back();
-    return fs::path(text);
+    return fs::path(std::u8string(text.begin(), text.end()));
 }
 
 // Written beside, then renamed over: a start that dies halfway leaves the
 // old location or the new, never half of one.
 void remember(const fs::path& file, const fs::path& current)
 {
-    const fs::path part = file.string() + ".part";
+    fs::path part = file;
+    part += ".part";
     std::string error;
-    if (!platform::writeWholeFile(part, current.string() + '\n', error) || !platform::replaceFile(part, file, error))
+    // UTF-8 on every platform (string() would be the ANSI code page on
+    // Windows, which can't hold every folder name).
+    const std::u8string utf8 = current.u8string();
+    const std::string line = platform::toTextMode(std::string(utf8.begin(), utf8.end()) + '\n');
+    if (!platform::writeWholeFile(part, line, error) || !platform::replaceFile(part, file, error))
         platform::removeFileQuietly(part);
 }
 
@@ -58,11 +65,23 @@ fs::path checkSettingsMigration(const fs::path& userData, const fs::path& curren
 
 bool copyEarlierConfigs(const fs::path& earlier, const fs::path& current, std::string& error)
 {
+    // File by file through the platform's copy rather than fs::copy: the
+    // Windows runtime takes two files for the same one (it has no inode
+    // numbers) and refuses to copy over them.
     std::error_code ec;
-    fs::create_directories(current / "configs", ec);
-    if (!ec)
-        fs::copy(earlier / "configs", current / "configs",
-                 fs::copy_options::recursive | fs::copy_options::overwrite_existing, ec);
+    const fs::path from = earlier / "configs";
+    const fs::path to = current / "configs";
+    fs::create_directories(to, ec);
+    fs::recursive_directory_iterator it(from, ec);
+    for (; !ec && it != fs::recursive_directory_iterator(); it.increment(ec)) {
+        const fs::path target = to / fs::relative(it->path(), from, ec);
+        if (ec)
+            break;
+        if (it->is_directory(ec))
+            fs::create_directories(target, ec);
+        else if (!ec && !platform::copyFileOverwrite(it->path(), target, error))
+            return false;
+    }
     if (ec) {
         error = ec.message();
         return false;

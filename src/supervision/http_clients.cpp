@@ -1,10 +1,10 @@
 #include "supervision/http_clients.h"
 
-#include <sys/socket.h>
-
 #include <exception>
 #include <iostream>
 
+// httplib brings the platform's socket headers (AF_INET) and, on Windows,
+// starts Winsock itself (a static WSAStartup in the header).
 #include <httplib.h>
 
 #include "config/text_codec.h"

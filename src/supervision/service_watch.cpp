@@ -1,23 +1,21 @@
 #include "supervision/service_watch.h"
 
-#include <tbb/task_group.h>
-
 #include "maintenance/system_log.h"
 #include "supervision/service_launcher.h"
 #include "supervision/service_requests.h"
 
 namespace vx::supervision {
 
-tbb::task_group& requestTasks()
+TaskGroup& requestTasks()
 {
-    // Never destroyed: a group that still has tasks at exit would complain.
-    static tbb::task_group* group = new tbb::task_group;
+    // Never destroyed: tasks still running at exit would be waited for.
+    static TaskGroup* group = new TaskGroup;
     return *group;
 }
 
 void spawnRequest(std::function<void()> task)
 {
-    requestTasks().run(std::move(task));
+    requestTasks().spawn(std::move(task));
 }
 
 void pollServices(const std::shared_ptr<ServiceContext>& context, const Spawn& spawn)

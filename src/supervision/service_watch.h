@@ -4,18 +4,16 @@
 #include <functional>
 #include <memory>
 
-#include <tbb/task_group.h>
-
 #include "supervision/service_context.h"
-
+#include "supervision/task_group.h"
 
 namespace vx::supervision {
 
 using Spawn = std::function<void(std::function<void()>)>;
 
 // The process-wide group the periodic requests are spawned on and never
-// waited for. Made on first use and never destroyed.
-tbb::task_group& requestTasks();
+// waited for, but at teardown. Made on first use and never destroyed.
+TaskGroup& requestTasks();
 // Spawns on requestTasks().
 void spawnRequest(std::function<void()> task);
 

@@ -3,13 +3,14 @@
 #include <gtest/gtest.h>
 
 #include "config/text_codec.h"
+#include "config_text.h"
 #include "support/captured_stderr.h"
 #include "support/temp_dir.h"
 
 namespace vx::config {
 namespace {
 
-using test::readFileBytes;
+using test::readText;
 using test::writeFileBytes;
 
 std::string defaultSignal(int index, bool last)
@@ -320,14 +321,14 @@ TEST_F(CameraConfigFile, FreshRecordWritesTheDefaultFile)
 {
     EXPECT_EQ(cameraFileName(12), "vx_stream12.json");
     saveCamera(path(), CameraConfig{}, 1234, 1235);
-    EXPECT_EQ(readFileBytes(file()), defaultText());
+    EXPECT_EQ(readText(file()), defaultText());
 }
 
 TEST_F(CameraConfigFile, AllFieldsAwayFromDefaultsRoundTripByteForByte)
 {
     // The ports come from the services (4000, 4001), not from the record.
     saveCamera(path(), awayFromDefaults(), 4000, 4001);
-    const std::string first = readFileBytes(file());
+    const std::string first = readText(file());
     ASSERT_EQ(first, awayText());
 
     CameraConfig back;
@@ -341,7 +342,7 @@ TEST_F(CameraConfigFile, AllFieldsAwayFromDefaultsRoundTripByteForByte)
     EXPECT_EQ(back.control.ControlPortServer, 4001);
     EXPECT_EQ(back.control.timeReportEnd.second, 59);
     saveCamera(path(), back, 4000, 4001);
-    EXPECT_EQ(readFileBytes(file()), first);
+    EXPECT_EQ(readText(file()), first);
 }
 
 TEST_F(CameraConfigFile, DocumentedLossesOfASaveAndLoad)
@@ -350,7 +351,7 @@ TEST_F(CameraConfigFile, DocumentedLossesOfASaveAndLoad)
     config.common.videoPath = "\\\\server\\cam";              // \\server\cam
     config.control.Control[0].signal.body = "C:\\new\\table";  // a backslash before n and t
     saveCamera(path(), config, 1234, 1235);
-    EXPECT_NE(readFileBytes(file()).find("\"videoPath\":\"\\\\\\\\server\\\\cam\""), std::string::npos);
+    EXPECT_NE(readText(file()).find("\"videoPath\":\"\\\\\\\\server\\\\cam\""), std::string::npos);
     ASSERT_TRUE(loadCamera(path(), config, 300));
     EXPECT_EQ(config.common.videoPath, "\\server\\cam") << "the leading pair collapses a second time";
     EXPECT_EQ(config.control.Control[0].signal.body, "C:\new\table") << "the body is unescaped twice";
@@ -471,7 +472,7 @@ TEST_F(CameraConfigFile, ReaderTable)
         EXPECT_EQ(loadText(c.text, config), c.ok);
         EXPECT_EQ(errors_, c.errors);
         c.check(config);
-        EXPECT_EQ(readFileBytes(file()), c.text) << "a read never rewrites the file";
+        EXPECT_EQ(readText(file()), c.text) << "a read never rewrites the file";
     }
 }
 
@@ -481,7 +482,7 @@ TEST_F(CameraConfigFile, VideoChunkZeroTakesTheMainConfigsAndIsSavedSo)
     ASSERT_TRUE(loadText("{\"Common\":{\"videoChunk\":0},\"Recognition\":{},\"ControlReport\":{}}", config, 450));
     EXPECT_EQ(config.common.videoChunk, 450);
     saveCamera(path(), config, 1234, 1235);
-    EXPECT_NE(readFileBytes(file()).find("\t\t\"videoChunk\":450,\n"), std::string::npos);
+    EXPECT_NE(readText(file()).find("\t\t\"videoChunk\":450,\n"), std::string::npos);
 }
 
 TEST_F(CameraConfigFile, MissingFileFailsSilentlyAndWritesNothing)

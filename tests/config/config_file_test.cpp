@@ -7,6 +7,9 @@
 
 #include <gtest/gtest.h>
 
+#include "config_text.h"
+#include "platform/paths.h"
+#include "platform/text_mode.h"
 #include "support/captured_stderr.h"
 
 #include "config/date_time.h"
@@ -17,7 +20,7 @@ namespace vx::config {
 namespace {
 
 using vx::test::CapturedStderr;
-std::string readBytes(const std::filesystem::path& path) { return vx::test::readFileBytes(path); }
+std::string readBytes(const std::filesystem::path& path) { return vx::test::readText(path); }
 void writeBytes(const std::filesystem::path& path, const std::string& bytes) { vx::test::writeFileBytes(path, bytes); }
 
 // Whether another thread can take the named lock at this moment. Never waits.
@@ -42,22 +45,24 @@ protected:
 };
 
 TEST(ConfigPath, JoinsWithOneSeparator) {
+    const std::string separator(1, platform::pathSeparator);
     EXPECT_EQ(configFilePath("/opt/vexlane/configs", "vx_main_config.json"),
-              "/opt/vexlane/configs/vx_main_config.json");
-    EXPECT_EQ(configFilePath("", "x.json"), "/x.json");
+              "/opt/vexlane/configs" + separator + "vx_main_config.json");
+    EXPECT_EQ(configFilePath("", "x.json"), separator + "x.json");
 }
 
 TEST(ConfigPath, NativePathIsUtf8) {
     // "Камеры" in 1251.
-    EXPECT_EQ(toNativePath("/tmp/\xCA\xE0\xEC\xE5\xF0\xFB/a.json").native(),
-              "/tmp/Камеры/a.json");
+    const std::u8string utf8 = toNativePath("/tmp/\xCA\xE0\xEC\xE5\xF0\xFB/a.json").u8string();
+    EXPECT_EQ(std::string(utf8.begin(), utf8.end()), "/tmp/Камеры/a.json");
 }
 
 TEST_F(ConfigFile, WritesTheExactBytes) {
     const std::string text = "{\n\t\"name\":\"Камера\",\n\t\"k\":0.25\n}";
     CapturedStderr err;
     EXPECT_TRUE(writeConfigFile(mainConfigMutexName, pathOf("vx_control_config.json"), text));
-    EXPECT_EQ(readBytes(folder_.path() / "vx_control_config.json"), text);
+    // Byte for byte, in the platform's text mode: CR LF line ends on Windows.
+    EXPECT_EQ(vx::test::readFileBytes(folder_.path() / "vx_control_config.json"), platform::toTextMode(text));
     EXPECT_FALSE(std::filesystem::exists(folder_.path() / "vx_control_config.json.tmp"));
     EXPECT_EQ(err.text(), "");
 }
@@ -73,7 +78,7 @@ TEST_F(ConfigFile, FileNamedIn1251LandsUnderItsUtf8Name) {
     // "Список" in 1251.
     const std::string path = pathOf("\xD1\xEF\xE8\xF1\xEE\xEA.list.json");
     EXPECT_TRUE(writeConfigFile("", path, "{}"));
-    EXPECT_EQ(readBytes(folder_.path() / "Список.list.json"), "{}");
+    EXPECT_EQ(readBytes(folder_.path() / u8"Список.list.json"), "{}");
 }
 
 TEST_F(ConfigFile, FirstSaveOfTheMainConfigReportsTheCopyAndWrites) {
@@ -117,11 +122,14 @@ TEST_F(ConfigFile, UnwritableTargetWritesNothingAndSaysSo) {
     EXPECT_TRUE(freeForOtherThreads(controlConfigMutexName)) << "lock left held";
 }
 
+// The platform refuses a lock name that holds its path separator (on Linux
+// it would leave the locks folder, on Windows a mutex name takes no '\').
+const std::string badLockName = std::string("bad") + platform::pathSeparator + "name";
+
 TEST_F(ConfigFile, LockThatCantBeHadStopsTheWrite) {
     CapturedStderr err;
-    // The platform refuses lock names that would leave the locks folder.
-    EXPECT_FALSE(writeConfigFile("bad/name", pathOf("x.json"), "x"));
-    EXPECT_EQ(err.text(), "Failed to create/open mutex: bad/name\n");
+    EXPECT_FALSE(writeConfigFile(badLockName, pathOf("x.json"), "x"));
+    EXPECT_EQ(err.text(), "Failed to create/open mutex: " + badLockName + "\n");
     EXPECT_FALSE(std::filesystem::exists(folder_.path() / "x.json"));
 }
 
@@ -265,11 +273,11 @@ TEST_F(ConfigFile, LockThatCantBeHadStopsTheRead) {
     writeBytes(folder_.path() / "x.json", "{}");
     bool taken = false;
     CapturedStderr err;
-    EXPECT_EQ(readConfigFile({"bad/name", pathOf("x.json"), "loadConfig"},
+    EXPECT_EQ(readConfigFile({badLockName, pathOf("x.json"), "loadConfig"},
                              [&](nlohmann::json&) { taken = true; }),
               ReadOutcome::noLock);
     EXPECT_FALSE(taken);
-    EXPECT_EQ(err.text(), "Failed to create/open mutex: bad/name\n");
+    EXPECT_EQ(err.text(), "Failed to create/open mutex: " + badLockName + "\n");
 }
 
 } // namespace

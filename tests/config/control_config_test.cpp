@@ -2,13 +2,14 @@
 
 #include <gtest/gtest.h>
 
+#include "config_text.h"
 #include "support/captured_stderr.h"
 #include "support/temp_dir.h"
 
 namespace vx::config {
 namespace {
 
-using test::readFileBytes;
+using test::readText;
 using test::writeFileBytes;
 
 const std::string defaultText = "{\n"
@@ -46,7 +47,7 @@ TEST_F(ControlConfigFile, AMissingFileGetsTheDefaults)
     ControlSrvConfig config;
     test::CapturedStderr err;
     ASSERT_TRUE(loadControlGlobal(dir(), config));
-    EXPECT_EQ(readFileBytes(file()), defaultText);
+    EXPECT_EQ(readText(file()), defaultText);
     EXPECT_EQ(err.text(), "");   // no safety copy for this file
     EXPECT_FALSE(std::filesystem::exists(folder_.path() / "vx_control_config.json.tmp"));
 }
@@ -61,7 +62,7 @@ TEST_F(ControlConfigFile, WritesEveryFieldInItsPlace)
     c.notReturnServSymb = false;
     c.autoUpdateListsInControl = true;
     ASSERT_TRUE(saveControlGlobal(dir(), c));
-    EXPECT_EQ(readFileBytes(file()), "{\n"
+    EXPECT_EQ(readText(file()), "{\n"
                                      "\t\"name\":\"ControlSrvConfig\",\n"
                                      "\t\"version\":1,\n"
                                      "\t\"port\":8080,\n"
@@ -117,7 +118,7 @@ TEST_F(ControlConfigFile, ACorruptFileStillCountsAsLoaded)
         EXPECT_TRUE(loadText("{\"port\":70", config));
         EXPECT_EQ(errors_, "[VX2S] loadControlGlobal parse error at byte 11\n");
         EXPECT_EQ(config.port, 1235);
-        EXPECT_EQ(readFileBytes(file()), "{\"port\":70");   // not rewritten
+        EXPECT_EQ(readText(file()), "{\"port\":70");   // not rewritten
     }
 }
 

@@ -3,13 +3,19 @@
 #include <gtest/gtest.h>
 
 #include "config/config_file.h"
+#include "config/json_text.h"
+#include "config_text.h"
 #include "support/captured_stderr.h"
 #include "support/temp_dir.h"
 
 namespace vx::config {
 namespace {
 
-using test::readFileBytes;
+// A folder the reader derives from the install folder "/opt/vexlane", built
+// with the platform's separator.
+std::string underInstall(const std::string& name) { return configFilePath("/opt/vexlane", name); }
+
+using test::readText;
 using test::writeFileBytes;
 
 // The lines every default file shares, before the stream lists. `logs`,
@@ -71,20 +77,21 @@ TEST_F(MainConfigFile, FirstStartWritesTheDefaultFileWithTheDerivedFolders)
     MainConfigFolders folders;
     test::CapturedStderr err;
     ASSERT_TRUE(loadConfig("/opt/vexlane", dir(), config, folders));
-    EXPECT_EQ(readFileBytes(file()),
-              headText("/opt/vexlane/logs", "/opt/vexlane/reports", "/opt/vexlane/videos") +
+    EXPECT_EQ(readText(file()),
+              headText(doubleBackslashes(underInstall("logs")), doubleBackslashes(underInstall("reports")),
+                       doubleBackslashes(underInstall("videos"))) +
                   "\t\"videoStreams\":[\n\t],\n"
                   "\t\"autoRunStreams\":[\n\t]\n"
                   "}");
     // Nothing to keep yet: the copy fails harmlessly.
     EXPECT_EQ(err.text().rfind("Failed to copy main config file: ", 0), 0u) << err.text();
     EXPECT_FALSE(std::filesystem::exists(folder_.path() / "vx_main_config.json.tmp"));
-    EXPECT_EQ(folders.systemLogPath, "/opt/vexlane/logs");
-    EXPECT_EQ(folders.recogLogPath, "/opt/vexlane/logs");
-    EXPECT_EQ(folders.reportsPath, "/opt/vexlane/reports");
-    EXPECT_EQ(folders.videoPath, "/opt/vexlane/videos");
-    EXPECT_EQ(config.systemLogPath, "/opt/vexlane/logs");
-    EXPECT_EQ(config.videoPath, "/opt/vexlane/videos");
+    EXPECT_EQ(folders.systemLogPath, underInstall("logs"));
+    EXPECT_EQ(folders.recogLogPath, underInstall("logs"));
+    EXPECT_EQ(folders.reportsPath, underInstall("reports"));
+    EXPECT_EQ(folders.videoPath, underInstall("videos"));
+    EXPECT_EQ(config.systemLogPath, underInstall("logs"));
+    EXPECT_EQ(config.videoPath, underInstall("videos"));
     EXPECT_TRUE(config.videoStreams.empty());
 }
 
@@ -93,7 +100,7 @@ TEST_F(MainConfigFile, StreamListsWithOneAndThreeStreams)
     test::CapturedStderr err;
     MainConfig config;
     ASSERT_TRUE(saveConfig(dir(), config, {4}, {false}));
-    EXPECT_EQ(readFileBytes(file()), headText("", "", "") +
+    EXPECT_EQ(readText(file()), headText("", "", "") +
                                          "\t\"videoStreams\":[\n"
                                          "\t\t\"vx_stream4.json\"\n"
                                          "\t],\n"
@@ -102,7 +109,7 @@ TEST_F(MainConfigFile, StreamListsWithOneAndThreeStreams)
                                          "\t]\n"
                                          "}");
     ASSERT_TRUE(saveConfig(dir(), config, {0, 1, 12}, {true, false, true}));
-    EXPECT_EQ(readFileBytes(file()), headText("", "", "") +
+    EXPECT_EQ(readText(file()), headText("", "", "") +
                                          "\t\"videoStreams\":[\n"
                                          "\t\t\"vx_stream0.json\",\n"
                                          "\t\t\"vx_stream1.json\",\n"
@@ -119,7 +126,7 @@ TEST_F(MainConfigFile, StreamListsWithOneAndThreeStreams)
     EXPECT_EQ(config.autoRunStreams, (std::vector<bool>{true, false, true}));
     // Nothing ties the two lengths together.
     ASSERT_TRUE(saveConfig(dir(), config, {7, 8}, {}));
-    EXPECT_NE(readFileBytes(file()).find("\t\t\"vx_stream8.json\"\n\t],\n\t\"autoRunStreams\":[\n\t]\n}"),
+    EXPECT_NE(readText(file()).find("\t\t\"vx_stream8.json\"\n\t],\n\t\"autoRunStreams\":[\n\t]\n}"),
               std::string::npos);
 }
 
@@ -146,7 +153,7 @@ TEST_F(MainConfigFile, EveryFieldIsWrittenWhereItBelongs)
     c.perfLog = 1;
     test::CapturedStderr err;
     ASSERT_TRUE(saveConfig(dir(), c, {}, {}));
-    const std::string text = readFileBytes(file());
+    const std::string text = readText(file());
     for (const char* line : {"\t\"systemLogPath\":\"C:\\\\vx\\\\Лог\",\n", "\t\"systemLevel\":1,\n",
                              "\t\"recogFormat\":\"Номер {plate}\",\n", "\t\"saveImage\":true,\n",
                              "\t\"sizeImage\":2,\n\t\"timeLife\":30,\n\t\"videoChunk\":60,\n"
@@ -174,13 +181,13 @@ TEST_F(MainConfigFile, SavingTwiceKeepsTheFirstSaveInTheTmp)
     MainConfig config;
     config.videoChunk = 111;
     ASSERT_TRUE(saveConfig(dir(), config, {}, {}));
-    const std::string first = readFileBytes(file());
+    const std::string first = readText(file());
     config.videoChunk = 222;
     ASSERT_TRUE(saveConfig(dir(), config, {}, {}));
-    EXPECT_EQ(readFileBytes(folder_.path() / "vx_main_config.json.tmp"), first);
+    EXPECT_EQ(readText(folder_.path() / "vx_main_config.json.tmp"), first);
     config.videoChunk = 333;
     ASSERT_TRUE(saveConfig(dir(), config, {}, {}));
-    EXPECT_NE(readFileBytes(folder_.path() / "vx_main_config.json.tmp").find("\"videoChunk\":222,"),
+    EXPECT_NE(readText(folder_.path() / "vx_main_config.json.tmp").find("\"videoChunk\":222,"),
               std::string::npos);
 }
 
@@ -265,7 +272,7 @@ TEST_F(MainConfigFile, AnEmptyVideoPathBecomesTheDerivedFolder)
     for (const std::string& text : {"{" + lists + "}", "{\"videoPath\":\"\"," + lists + "}"}) {
         MainConfig config;
         ASSERT_TRUE(loadText(text, config));
-        EXPECT_EQ(config.videoPath, "/opt/vexlane/videos") << text;
+        EXPECT_EQ(config.videoPath, underInstall("videos")) << text;
         EXPECT_EQ(config.reportsPath, "") << text;
     }
 }
@@ -293,7 +300,7 @@ TEST_F(MainConfigFile, TypeErrorsEndTheReadWhereTheyStand)
         EXPECT_EQ(errors_, typeError);
         EXPECT_EQ(config.systemLevel, 2);
         EXPECT_EQ(config.timeLife, 9);
-        EXPECT_EQ(config.videoPath, "/opt/vexlane/videos");
+        EXPECT_EQ(config.videoPath, underInstall("videos"));
         EXPECT_EQ(config.xWindow, 50);
     }
     const ReadCase cases[] = {
@@ -327,7 +334,7 @@ TEST_F(MainConfigFile, ABrokenFileIsReportedAndNotRewritten)
         MainConfig config;
         EXPECT_FALSE(loadText(c.text, config)) << c.name;
         EXPECT_EQ(errors_.rfind("[VX2S] loadConfig parse error at byte ", 0), 0u) << c.name << ": " << errors_;
-        EXPECT_EQ(readFileBytes(file()), c.text) << c.name;
+        EXPECT_EQ(readText(file()), c.text) << c.name;
         EXPECT_FALSE(std::filesystem::exists(folder_.path() / "vx_main_config.json.tmp")) << c.name;
     }
     MainConfig config;

@@ -4,13 +4,14 @@
 
 #include "config/text_codec.h"
 #include "config/token_cipher.h"
+#include "config_text.h"
 #include "support/captured_stderr.h"
 #include "support/temp_dir.h"
 
 namespace vx::config {
 namespace {
 
-using test::readFileBytes;
+using test::readText;
 using test::writeFileBytes;
 
 std::string defaultChannel(bool last)
@@ -71,7 +72,7 @@ TEST_F(MessengerConfigFile, FirstReadWritesTheDefaultFile)
     test::CapturedStderr err;
     loadMessengers(dir(), config, 1235);
     EXPECT_EQ(err.text(), "");
-    EXPECT_EQ(readFileBytes(file()), defaultText());
+    EXPECT_EQ(readText(file()), defaultText());
     EXPECT_EQ(config.port, 1236);
     EXPECT_FALSE(config.on);
     EXPECT_TRUE(config.channels[0].delaySame);
@@ -103,7 +104,7 @@ TEST_F(MessengerConfigFile, FullRecordRoundTripsWithItsTokensEnciphered)
     mail.sender = "gate@example.test";
     mail.receiver = "guard@example.test";
     saveMessengers(dir(), config);
-    const std::string first = readFileBytes(file());
+    const std::string first = readText(file());
 
     const std::string botToken = encipherToken("123456:ABC-def_ghi");
     EXPECT_NE(first.find("\t\"on\":1,\n"), std::string::npos);
@@ -121,17 +122,31 @@ TEST_F(MessengerConfigFile, FullRecordRoundTripsWithItsTokensEnciphered)
     EXPECT_EQ(back.channels[9].token, mail.token);
     EXPECT_EQ(back.channels[0].name, bot.name);
     saveMessengers(dir(), back);
-    EXPECT_EQ(readFileBytes(file()), first);
+    EXPECT_EQ(readText(file()), first);
 }
 
-TEST(TokenCipher, LowerCaseHexOfWholeBlocks)
+// Known answers under the program's key: both cipher backends must give
+// these bytes, or a token saved by one build can't be read by the other.
+TEST(TokenCipher, KnownAnswersInLowerCaseHexOfWholeBlocks)
 {
-    const std::string hex = encipherToken("bot-token");
-    EXPECT_EQ(hex.size(), 32u);   // 9 bytes pad to one block
-    EXPECT_EQ(hex.find_first_not_of("0123456789abcdef"), std::string::npos) << hex;
-    EXPECT_EQ(encipherToken(std::string(16, 'x')).size(), 64u);   // a full block gains a padding block
+    const struct {
+        std::string plain;
+        std::string hex;
+    } cases[] = {
+        {"bot-token", "715610f478c8193b962b904fe83b4021"},   // 9 bytes pad to one block
+        {std::string(16, 'x'),                                // a full block gains a padding block
+         "0a546e697ffaf9ab2ac0042a01ec8c98cd0511c758a631f1a73d38cde14c4159"},
+        {"\xd0\xbf\xd0\xb0\xd1\x80\xd0\xbe\xd0\xbb\xd1\x8c", "090c0f2b8b2a60ec956a3cff54739971"},
+    };
+    for (const auto& c : cases) {
+        EXPECT_EQ(encipherToken(c.plain), c.hex);
+        EXPECT_EQ(decipherToken(c.hex), c.plain);
+    }
     EXPECT_EQ(encipherToken(""), "");
-    EXPECT_EQ(decipherToken(hex), "bot-token");
+    std::string badPadding = cases[0].hex;
+    badPadding.back() = badPadding.back() == '0' ? '1' : '0';
+    EXPECT_EQ(decipherToken(badPadding), "");
+    EXPECT_EQ(decipherToken("abcd"), "");   // not a whole block
 }
 
 TEST_F(MessengerConfigFile, TokenTable)
@@ -170,7 +185,7 @@ TEST_F(MessengerConfigFile, UndecipherableTokenIsLostAtTheNextSave)
     MessengersConfig config;
     loadText("{\"channels\":[{\"token\":\"" + std::string(32, 'a') + "\"}]}", config);
     saveMessengers(dir(), config);
-    EXPECT_NE(readFileBytes(file()).find("\t\t\"token\":\"\",\n"), std::string::npos);
+    EXPECT_NE(readText(file()).find("\t\t\"token\":\"\",\n"), std::string::npos);
 }
 
 TEST_F(MessengerConfigFile, ReaderTable)
@@ -228,7 +243,7 @@ TEST_F(MessengerConfigFile, ReaderTable)
         loadText(c.text, config, c.controlPort);
         EXPECT_EQ(errors_, c.errors);
         c.check(config);
-        EXPECT_EQ(readFileBytes(file()), c.text) << "a read never rewrites an existing file";
+        EXPECT_EQ(readText(file()), c.text) << "a read never rewrites an existing file";
     }
 }
 

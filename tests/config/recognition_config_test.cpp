@@ -2,13 +2,15 @@
 
 #include <gtest/gtest.h>
 
+#include "config/config_file.h"
+#include "config_text.h"
 #include "support/captured_stderr.h"
 #include "support/temp_dir.h"
 
 namespace vx::config {
 namespace {
 
-using test::readFileBytes;
+using test::readText;
 using test::writeFileBytes;
 
 const std::string defaultText = "{\n"
@@ -59,7 +61,7 @@ TEST_F(RecognitionConfigFile, FirstReadWritesTheDefaultsAndReadsThemBack)
     test::CapturedStderr err;
     EXPECT_TRUE(loadRecogGlobal(dir(), config));
     EXPECT_EQ(err.text(), "");
-    EXPECT_EQ(readFileBytes(file()), defaultText);
+    EXPECT_EQ(readText(file()), defaultText);
     // The written file holds gpuObjects, so its default from the plate length
     // doesn't come into play.
     EXPECT_EQ(config.gpuObjects, 1);
@@ -108,12 +110,12 @@ TEST_F(RecognitionConfigFile, AllFieldsSetRoundTripByteForByte)
                                  "\t\"port\":4321,\n"
                                  "\t\"plateTemplates\":[\"ru\",\"am\",\"abh\",\"rso\"]\n"
                                  "}";
-    ASSERT_EQ(readFileBytes(file()), expected);
+    ASSERT_EQ(readText(file()), expected);
 
     RecognitionSrvConfig back;
     EXPECT_TRUE(loadRecogGlobal(dir(), back));
     saveRecogGlobal(dir(), back);
-    EXPECT_EQ(readFileBytes(file()), expected);
+    EXPECT_EQ(readText(file()), expected);
     EXPECT_EQ(back.templates, config.templates);
 }
 
@@ -190,7 +192,7 @@ TEST_F(RecognitionConfigFile, ReaderTable)
         EXPECT_EQ(loadText(c.text, config), c.ok);
         EXPECT_EQ(errors_, c.errors);
         c.check(config);
-        EXPECT_EQ(readFileBytes(file()), c.text) << "a read never rewrites an existing file";
+        EXPECT_EQ(readText(file()), c.text) << "a read never rewrites an existing file";
     }
 }
 
@@ -210,7 +212,7 @@ TEST_F(RecognitionConfigFile, UnwritableFolderFailsAndTheDefaultsWriteSaysSo)
     RecognitionSrvConfig config;
     test::CapturedStderr err;
     EXPECT_FALSE(loadRecogGlobal(dir() + "/missing", config));
-    EXPECT_EQ(err.text().rfind("Failed to write config file " + dir() + "/missing/vx_recog_config_srv.json: ", 0), 0u)
+    EXPECT_EQ(err.text().rfind("Failed to write config file " + configFilePath(dir() + "/missing", "vx_recog_config_srv.json") + ": ", 0), 0u)
         << err.text();
 }
 

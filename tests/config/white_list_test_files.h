@@ -7,12 +7,14 @@
 #include <sstream>
 #include <string>
 
+#include "config_text.h"
 #include "support/captured_stderr.h"
 #include "support/temp_dir.h"
 
 namespace vx::config::test {
 
-inline std::string readBytes(const std::filesystem::path& path) { return vx::test::readFileBytes(path); }
+// The text of a written file (line ends as "\n", see config_text.h).
+inline std::string readBytes(const std::filesystem::path& path) { return vx::test::readText(path); }
 inline void writeBytes(const std::filesystem::path& path, const std::string& bytes) { vx::test::writeFileBytes(path, bytes); }
 using vx::test::CapturedStderr;
 

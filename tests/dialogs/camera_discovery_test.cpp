@@ -7,12 +7,16 @@
 #include "dialogs/camera_discovery_flow.h"
 #include "dialogs/camera_link_form.h"
 #include "dialogs/camera_scan_form.h"
+#include "platform/paths.h"
 #include "support/captured_stderr.h"
 
 namespace vx::dialogs {
 namespace {
 
 using config::utf8ToCp1251;
+
+// The tool's image name on this platform (".exe" on Windows).
+std::string tool() { return std::string("get_rtsp_onvif") + platform::executableSuffix; }
 
 TEST(CameraDiscovery, ParseCamerasKeepsWhatWasReadBeforeAFault)
 {
@@ -66,8 +70,8 @@ TEST(CameraDiscovery, CredentialInsertionRules)
     };
     for (const Case& c : cases)
         EXPECT_EQ(insertCredentials(c.link, c.login, c.password), c.result) << c.link;
-    EXPECT_EQ(linkCommandLine("10.0.0.1", "ad@m", "p:w"), "get_rtsp_onvif -rtsp 10.0.0.1 ad@m p:w");
-    EXPECT_EQ(scanCommandLine(), "get_rtsp_onvif -scan");
+    EXPECT_EQ(linkCommandLine("10.0.0.1", "ad@m", "p:w"), tool() + " -rtsp 10.0.0.1 ad@m p:w");
+    EXPECT_EQ(scanCommandLine(), tool() + " -scan");
 }
 
 struct ScriptedTool {
@@ -90,7 +94,7 @@ TEST(CameraDiscovery, LinkCallSteps)
     LinkOutcome outcome = runLinkCall({"10.0.0.5 Gate  East", "admin", "a b"}, tool.call(), cancelled);
     EXPECT_EQ(outcome.end, DiscoveryEnd::ok);
     EXPECT_EQ(outcome.link, "rtsp://admin:a b@10.0.0.5/live");
-    EXPECT_EQ(tool.commandLines.back(), "get_rtsp_onvif -rtsp 10.0.0.5 admin a b");
+    EXPECT_EQ(tool.commandLines.back(), dialogs::tool() + " -rtsp 10.0.0.5 admin a b");
 
     EXPECT_EQ(runLinkCall({std::nullopt, "a", "b"}, tool.call(), cancelled).end, DiscoveryEnd::cancel);
     EXPECT_EQ(runLinkCall({"noblank", "a", "b"}, tool.call(), cancelled).end, DiscoveryEnd::cancel);

@@ -104,7 +104,10 @@ TEST_F(SettingsTest, TheLogFormRefusesQuoteAndBackslashAndFoldersTheQuote)
     }
     // A folder that exists still can't be named with a quotation mark.
     const std::string quoted = (dir.path() / "a\"b").string();
-    std::filesystem::create_directory(quoted);
+    std::error_code noSuchFolder;
+    std::filesystem::create_directory(quoted, noSuchFolder);
+    if (noSuchFolder)
+        return;   // Windows has no folder of that name to begin with
     messages.shown.clear();
     form.fill();
     form.recogFormat.type("{plate}");

@@ -9,6 +9,7 @@
 #include "config/white_list_entries.h"
 #include "config/white_list_file.h"
 #include "config/white_list_registry.h"
+#include "config/config_text.h"
 #include "dialogs/messages.h"
 #include "support/captured_stderr.h"
 #include "support/temp_dir.h"
@@ -75,7 +76,8 @@ public:
     }
 
     std::string dir() const { return folder_.path().string(); }
-    std::string bytes(const std::string& name) const { return vx::test::readFileBytes(folder_.path() / name); }
+    // The written text, line ends as "\n" (see config/config_text.h).
+    std::string bytes(const std::string& name) const { return vx::test::readText(folder_.path() / name); }
 
 private:
     vx::test::TempDir folder_;

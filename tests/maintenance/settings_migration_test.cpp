@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "platform/text_mode.h"
 #include "support/captured_stderr.h"
 #include "support/temp_dir.h"
 
@@ -11,6 +12,14 @@ namespace {
 namespace fs = std::filesystem;
 using test::readFileBytes;
 using test::writeFileBytes;
+
+// The remembered folder as the file holds it: UTF-8, one line in the
+// platform's text mode.
+std::string rememberedLine(const fs::path& folder)
+{
+    const std::u8string utf8 = folder.u8string();
+    return platform::toTextMode(std::string(utf8.begin(), utf8.end()) + "\n");
+}
 
 class SettingsMigration : public ::testing::Test {
 protected:
@@ -30,7 +39,7 @@ TEST_F(SettingsMigration, OffersTheEarlierFolderOnlyWhenTheRunMovedToAnother)
 {
     // A first run anywhere: nothing to offer, this folder is remembered.
     EXPECT_EQ(checkSettingsMigration(userData(), oldInstall()), fs::path());
-    EXPECT_EQ(readFileBytes(userData() / lastRunFileName), oldInstall().string() + "\n");
+    EXPECT_EQ(readFileBytes(userData() / lastRunFileName), rememberedLine(oldInstall()));
     // The same folder again: nothing.
     EXPECT_EQ(checkSettingsMigration(userData(), oldInstall()), fs::path());
     // A new folder: the earlier one, once; the new one is remembered.

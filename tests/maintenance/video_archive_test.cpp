@@ -229,7 +229,10 @@ TEST(VideoArchive, LinksOutOfTheTreeAreNeverFollowed)
     const fs::path farDay = outside.path() / "stream5" / today;
     const fs::path own = makeFile(a.root() / "stream1" / "2024_01_01", "video_stream_1_2024_01_01_10_00_00.webm", kb);
     // A linked stream folder, a linked day folder and a linked file.
-    fs::create_directory_symlink(outside.path() / "stream5", a.root() / "stream5");
+    std::error_code linkError;
+    fs::create_directory_symlink(outside.path() / "stream5", a.root() / "stream5", linkError);
+    if (linkError)   // the Windows runtime makes no links
+        GTEST_SKIP() << "no symbolic links here: " << linkError.message();
     fs::create_directory_symlink(farDay, a.root() / "stream1" / today);
     fs::create_directories(a.root() / "stream2" / today);
     fs::create_symlink(far, a.root() / "stream2" / today / "video_stream_2_2024_05_15_10_00_00.webm");

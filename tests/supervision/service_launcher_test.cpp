@@ -3,6 +3,7 @@
 #include <httplib.h>
 
 #include "config/text_codec.h"
+#include "platform/paths.h"
 #include "service_test_support.h"
 #include "supervision/service_launcher.h"
 
@@ -11,18 +12,24 @@ namespace {
 
 using config::utf8ToCp1251;
 
+// A service's image name and the separator on this platform (".exe" and '\\'
+// on Windows).
+std::string image(const std::string& name) { return name + platform::executableSuffix; }
+const std::string sep(1, platform::pathSeparator);
+
 TEST(ServiceCommandLines, AreBuiltExactly)
 {
     const std::string configs = utf8ToCp1251("/opt/вх сист/configs");
     const std::string logs = utf8ToCp1251("/opt/вх сист/logs");
     EXPECT_EQ(inferenceCommandLine(configs, logs),
-              "vxInference \"" + configs + "/vx_recog_config_srv.json\" \"" + logs + "/vxInferenceLog.txt\"");
-    EXPECT_EQ(controlCommandLine(), "vxControl ");
+              image("vxInference") + " \"" + configs + "/vx_recog_config_srv.json\" \"" + logs +
+                  "/vxInferenceLog.txt\"");
+    EXPECT_EQ(controlCommandLine(), image("vxControl") + " ");
     EXPECT_EQ(mesCommandLine(configs, logs, 3),
-              "vxMes \"" + configs + "/vx_mess_config.json\" \"" + logs + "/vxMes.txt\"");
+              image("vxMes") + " \"" + configs + "/vx_mess_config.json\" \"" + logs + sep + "vxMes.txt\"");
     EXPECT_EQ(mesCommandLine(configs, logs, 2),
-              "vxMes \"" + configs + "/vx_mess_config.json\" \"" + logs + "/vxMes.txt\" -logging");
-    EXPECT_EQ(mesCommandLine("c", "l", 0), "vxMes \"c/vx_mess_config.json\" \"l/vxMes.txt\" -logging");
+              image("vxMes") + " \"" + configs + "/vx_mess_config.json\" \"" + logs + sep + "vxMes.txt\" -logging");
+    EXPECT_EQ(mesCommandLine("c", "l", 0), image("vxMes") + " \"c/vx_mess_config.json\" \"l" + sep + "vxMes.txt\" -logging");
 }
 
 // A process that "ends" after a given wait or runs on.
@@ -82,10 +89,10 @@ TEST_F(StartRoutines, StartInTheBaseFolderWithTheirOwnOptions)
     ASSERT_EQ(starts.size(), 3u);
     // The command line reaches the platform as UTF-8.
     EXPECT_EQ(starts[0].commandLine,
-              "vxInference \"/opt/vx/конфиг/vx_recog_config_srv.json\" \"/opt/vx/logs/vxInferenceLog.txt\"");
-    EXPECT_EQ(starts[1].commandLine, "vxControl ");
+              image("vxInference") + " \"/opt/vx/конфиг/vx_recog_config_srv.json\" \"/opt/vx/logs/vxInferenceLog.txt\"");
+    EXPECT_EQ(starts[1].commandLine, image("vxControl") + " ");
     EXPECT_EQ(starts[2].commandLine,
-              "vxMes \"/opt/vx/конфиг/vx_mess_config.json\" \"/opt/vx/logs/vxMes.txt\" -logging");
+              image("vxMes") + " \"/opt/vx/конфиг/vx_mess_config.json\" \"/opt/vx/logs" + sep + "vxMes.txt\" -logging");
     for (const auto& info : starts) {
         EXPECT_EQ(info.workingDirectory, "/opt/vx");
         EXPECT_EQ(info.searchFolder, "/opt/vx");
@@ -110,9 +117,9 @@ TEST_F(StartRoutines, LogWhatCameOfTheStart)
     startInference(*services);   // nothing logged for a start that failed
     EXPECT_EQ(log.lines(),
               (std::vector<std::string>{
-                  "[INFO]vxInference restarted 5 second ago!",
-                  "[ERROR]vxControl" + utf8ToCp1251(" - процесс завершился спустя менее 5 секунд после старта"),
-                  "[ERROR]vxMes" +
+                  "[INFO]" + image("vxInference") + " restarted 5 second ago!",
+                  "[ERROR]" + image("vxControl") + utf8ToCp1251(" - процесс завершился спустя менее 5 секунд после старта"),
+                  "[ERROR]" + image("vxMes") +
                       utf8ToCp1251(" - процесс завершился спустя менее 5 секунд после старта с ошибкой: ") + "3",
               }));
 }

@@ -6,14 +6,17 @@
 
 #include <httplib.h>
 
+#include "platform/paths.h"
 #include "service_test_support.h"
 #include "supervision/service_launcher.h"
 #include "supervision/service_requests.h"
 #include "supervision/service_watch.h"
-#include "support/installation.h"
 
 namespace vx::supervision {
 namespace {
+
+// A service's image name on this platform (".exe" on Windows).
+std::string image(const std::string& name) { return name + platform::executableSuffix; }
 
 // A service inside the test: answers on a loopback port and notes what it got.
 class LocalService {
@@ -42,7 +45,7 @@ public:
         thread_ = std::thread([this] { server_.listen_after_bind(); });
         // Bound already, so early connections wait in the backlog; this only
         // keeps the first request from racing the accept loop's start.
-        test::waitFor([this] { return server_.is_running(); }, 2000);
+        test::waitUntil([this] { return server_.is_running(); }, 2000);
     }
     ~LocalService()
     {
@@ -65,7 +68,7 @@ public:
     // until `count` requests are noted.
     std::vector<std::string> requests(std::size_t count)
     {
-        test::waitFor([&] { return requests().size() >= count; }, 3000);
+        test::waitUntil([&] { return requests().size() >= count; }, 3000);
         return requests();
     }
 
@@ -188,21 +191,21 @@ TEST_F(Workers, StopServerEndsTheServiceAfterTenSleepsAndRestartsWhenAsked)
     foundPid = 321;
     ThreadRequests(*services, "/StopServer", true);
     EXPECT_EQ(services.sleeps, std::vector<int>(10, 100));
-    EXPECT_EQ(finds, std::vector<std::string>{"vxInference"});
+    EXPECT_EQ(finds, std::vector<std::string>{image("vxInference")});
     EXPECT_EQ(terminated, std::vector<long>{321});
     ASSERT_EQ(starts.size(), 1u);
-    EXPECT_EQ(starts[0].rfind("vxInference ", 0), 0u);
-    EXPECT_TRUE(log.has("[DEBUG]ThreadRequests vxInference Terminated!"));
+    EXPECT_EQ(starts[0].rfind(image("vxInference") + " ", 0), 0u);
+    EXPECT_TRUE(log.has("[DEBUG]ThreadRequests " + image("vxInference") + " Terminated!"));
     EXPECT_EQ(services.fpsRecognition, -1);   // "/StopServer" publishes nothing
 
     foundPid = 0;
     threadRequestsToDirect(*services, "/StopServer", false);
     threadRequestsToMes(*services, "/StopServer", true);
-    EXPECT_TRUE(log.has("[DEBUG]ThreadRequestsToDirect vxControl pid == 0"));
-    EXPECT_TRUE(log.has("[DEBUG]threadRequestsToMes vxMes pid == 0"));
+    EXPECT_TRUE(log.has("[DEBUG]ThreadRequestsToDirect " + image("vxControl") + " pid == 0"));
+    EXPECT_TRUE(log.has("[DEBUG]threadRequestsToMes " + image("vxMes") + " pid == 0"));
     EXPECT_EQ(terminated.size(), 1u);
     ASSERT_EQ(starts.size(), 2u);   // the control service wasn't asked to restart
-    EXPECT_EQ(starts[1].rfind("vxMes ", 0), 0u);
+    EXPECT_EQ(starts[1].rfind(image("vxMes") + " ", 0), 0u);
     EXPECT_EQ(service.requests(3), std::vector<std::string>(3, "GET /StopServer"));
 }
 
@@ -231,7 +234,7 @@ TEST_F(Workers, AStoppedServiceStillGetsTheForcedStopAndTheRestart)
     initHTTPClient(services->clients, test::freeLoopbackPort());
     ThreadRequests(*services, "/StopServer", true);
     EXPECT_EQ(services.sleeps.size(), 10u);
-    EXPECT_TRUE(log.has("[DEBUG]ThreadRequests vxInference pid == 0"));
+    EXPECT_TRUE(log.has("[DEBUG]ThreadRequests " + image("vxInference") + " pid == 0"));
     EXPECT_EQ(starts.size(), 1u);
     // The restart rebuilt the client on the settings' port: the service answers again.
     ThreadRequests(*services, "/FPS", false);
@@ -272,17 +275,17 @@ TEST_F(Workers, PollSpawnsThreeRequestsUnlessShuttingDown)
 
 TEST_F(Workers, WatchStartsWhatIsMissing)
 {
-    std::set<std::string> running{"vxControl"};
+    std::set<std::string> running{image("vxControl")};
     services->process.find = [&](const std::string& name) { return running.count(name) ? 77L : 0L; };
     watchServices(*services, false);
     ASSERT_EQ(starts.size(), 1u);
-    EXPECT_EQ(starts[0].rfind("vxInference ", 0), 0u);
+    EXPECT_EQ(starts[0].rfind(image("vxInference") + " ", 0), 0u);
     starts.clear();
     running = {};
     watchServices(*services, true);
     ASSERT_EQ(starts.size(), 3u);
-    EXPECT_EQ(starts[1], "vxControl ");
-    EXPECT_EQ(starts[2].rfind("vxMes ", 0), 0u);
+    EXPECT_EQ(starts[1], image("vxControl") + " ");
+    EXPECT_EQ(starts[2].rfind(image("vxMes") + " ", 0), 0u);
 }
 
 } // namespace

@@ -3,15 +3,16 @@
 // free loopback ports, a context with its own published values, and a
 // process lookup that only sees one installation's executables (so a test
 // never finds or ends another test's services).
-#include <netinet/in.h>
-#include <sys/socket.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <atomic>
+#include <chrono>
+#include <functional>
 #include <memory>
 #include <string>
+#include <thread>
 #include <vector>
+
+#include <httplib.h>
 
 #include "maintenance/log_buffer.h"
 #include "maintenance/system_log.h"
@@ -64,21 +65,33 @@ private:
     TempDir dir_;
 };
 
-// A loopback port nobody listens on at this moment.
+// A loopback port nobody listens on at this moment: one the system gives a
+// listener, which is then closed again. (A server that was only bound keeps
+// its socket: it is closed by stop() once it listens.)
 inline int freeLoopbackPort()
 {
-    const int fd = ::socket(AF_INET, SOCK_STREAM, 0);
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    address.sin_port = 0;
-    socklen_t size = sizeof(address);
-    int port = 0;
-    if (::bind(fd, reinterpret_cast<sockaddr*>(&address), sizeof(address)) == 0 &&
-        ::getsockname(fd, reinterpret_cast<sockaddr*>(&address), &size) == 0)
-        port = ntohs(address.sin_port);
-    ::close(fd);
+    httplib::Server probe;
+    const int port = probe.bind_to_any_port("127.0.0.1");
+    if (port <= 0)
+        return 0;
+    std::thread listener([&probe] { probe.listen_after_bind(); });
+    for (int i = 0; i < 2000 && !probe.is_running(); ++i)
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    probe.stop();
+    listener.join();
     return port;
+}
+
+// Waits up to timeoutMs, looking every 10 ms, for `condition` to hold.
+inline bool waitUntil(const std::function<bool()>& condition, int timeoutMs)
+{
+    const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(timeoutMs);
+    while (!condition()) {
+        if (std::chrono::steady_clock::now() >= end)
+            return false;
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    }
+    return true;
 }
 
 // A context with published values of its own and no real sleeps unless a

@@ -4,6 +4,7 @@
 
 #include "config/text_codec.h"
 #include "platform/command_line.h"
+#include "platform/paths.h"
 #include "platform/process_command_line.h"
 #include "stream_test_support.h"
 #include "supervision/stream_channel.h"
@@ -96,8 +97,10 @@ TEST(StreamCommands, ArgumentsSurviveJoiningAndSplitting)
 
 TEST(StreamCommands, CommandLineAndIdOfAnEntry)
 {
+    // The configs' folder is joined with '/', the log folder with the platform's separator.
     EXPECT_EQ(streamCommandLine("/x/configs", "vx_stream3.json", "/x/videos", "/x/logs", 3),
-              "vxVideoStream \"/x/configs/vx_stream3.json\" \"/x/videos\" \"/x/logs/vxVideoStreamLog3.txt\"");
+              streamImageName() + " \"/x/configs/vx_stream3.json\" \"/x/videos\" \"/x/logs" +
+                  platform::pathSeparator + "vxVideoStreamLog3.txt\"");
     EXPECT_EQ(streamIdFromEntry("vx_stream12.json"), 12u);
     EXPECT_EQ(streamIdFromEntry("vx_stream.json"), 0u);
     EXPECT_EQ(streamIdFromEntry("vx_stream7x9.json"), 7u);

@@ -2,13 +2,30 @@
 // which command line, what is found, and every log line.
 #include <gtest/gtest.h>
 
+#include <cctype>
+
 #include "config/text_codec.h"
+#include "platform/paths.h"
 #include "platform/process_command_line.h"
 #include "stream_test_support.h"
 #include "supervision/stream_control.h"
 
 namespace vx::supervision {
 namespace {
+
+// The stream's image name and the start line of a stream file on this
+// platform (".exe" and '\\' on Windows).
+const std::string image = streamImageName();
+const std::string upperImage = [] {
+    std::string upper = image;
+    for (char& c : upper) c = static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
+    return upper;
+}();
+std::string startLine(int file, int logId)
+{
+    return image + " \"/c/vx_stream" + std::to_string(file) + ".json\" \"/v\" \"/l" + platform::pathSeparator +
+           "vxVideoStreamLog" + std::to_string(logId) + ".txt\"";
+}
 
 struct FakeProcess : platform::StartedProcess {
     bool ends = false;
@@ -93,9 +110,9 @@ TEST(VideoStart, ByPositionAndById)
     videoStart(world.control, 100000, 7);
     EXPECT_EQ(world.started,
               (std::vector<std::string>{
-                  "vxVideoStream \"/c/vx_stream5.json\" \"/v\" \"/l/vxVideoStreamLog5.txt\"",
-                  "vxVideoStream \"/c/vx_stream5.json\" \"/v\" \"/l/vxVideoStreamLog5.txt\"",
-                  "vxVideoStream \"/c/vx_stream0.json\" \"/v\" \"/l/vxVideoStreamLog7.txt\"",
+                  startLine(5, 5),
+                  startLine(5, 5),
+                  startLine(0, 7),
               }));
     EXPECT_EQ(log.lines(), (std::vector<std::string>{
                                "[ERROR]videoStart index 2 error!",
@@ -119,9 +136,9 @@ TEST(VideoStart, EarlyEndsAndFailedStarts)
     world.startFails = true;
     videoStart(world.control, 0, -1);
     EXPECT_EQ(log.lines(), (std::vector<std::string>{
-                               "[ERROR]vxVideoStream ID=3 " + early,
+                               "[ERROR]" + image + " ID=3 " + early,
                                "[TRACE]videoStart ID3 ok!",
-                               "[ERROR]vxVideoStream ID=3 " + early + config::utf8ToCp1251(" с ошибкой: ") + "2",
+                               "[ERROR]" + image + " ID=3 " + early + config::utf8ToCp1251(" с ошибкой: ") + "2",
                                "[TRACE]videoStart ID3 ok!",
                                "[TRACE]videoStart ID3 ok!",
                            }));
@@ -164,9 +181,9 @@ TEST(VideoStop, EndsEveryProcessOfTheStreamAndStartMakesNoSecond)
     world.add(0);
     world.add(1);
     // Two copies of stream 0 (one with no window of the table's) and stream 1.
-    world.addProcess(60, "vxVideoStream", {"vxVideoStream", "/c/vx_stream0.json"});
-    world.addProcess(61, "vxVideoStream", {"vxVideoStream", "/C/VX_STREAM0.JSON"});
-    world.addProcess(62, "vxVideoStream", {"vxVideoStream", "/c/vx_stream1.json"});
+    world.addProcess(60, image, {image, "/c/vx_stream0.json"});
+    world.addProcess(61, image, {image, "/C/VX_STREAM0.JSON"});
+    world.addProcess(62, image, {image, "/c/vx_stream1.json"});
     world.control.terminate = [&](long pid) {
         world.terminated.push_back(pid);
         std::erase_if(world.processes, [pid](const platform::ProcessEntry& e) { return e.pid == pid; });
@@ -176,13 +193,13 @@ TEST(VideoStop, EndsEveryProcessOfTheStreamAndStartMakesNoSecond)
     EXPECT_TRUE(world.started.empty());
     videoStop(world.control, 0);        // no window known: found by command line
     EXPECT_EQ(world.terminated, (std::vector<long>{60, 61}));
-    world.addProcess(63, "vxVideoStream", {"vxVideoStream", "/c/vx_stream0.json"});
+    world.addProcess(63, image, {image, "/c/vx_stream0.json"});
     world.table.withDrawLock([](std::vector<core::CameraRuntime>& r) { r[0].channel.window = 0x77; });
     world.owner = 999;
     videoRestart(world.control, 0);     // the window's owner and the copy, then one start
     EXPECT_EQ(world.terminated, (std::vector<long>{60, 61, 999, 63}));
     EXPECT_EQ(world.started,
-              (std::vector<std::string>{"vxVideoStream \"/c/vx_stream0.json\" \"/v\" \"/l/vxVideoStreamLog0.txt\""}));
+              (std::vector<std::string>{startLine(0, 0)}));
     EXPECT_EQ(log.lines(), (std::vector<std::string>{
                                "[TRACE]videoStart ID0 already running!",
                                "[INFO]videoStop index 0 made!",
@@ -194,22 +211,22 @@ TEST(VideoStop, EndsEveryProcessOfTheStreamAndStartMakesNoSecond)
 TEST(FindProcessByArg, ComparisonRulesAndOrder)
 {
     World world({});
-    world.addProcess(10, "VXVIDEOSTREAM", {"VXVIDEOSTREAM", "/c/vx_stream1.json"});   // image case differs
-    world.addProcess(11, "vxVideoStream", {"vxVideoStream"});                         // no argument
-    world.addProcess(12, "vxVideoStream", {"vxVideoStream", "\"/C\\VX_stream1.json \""});
-    world.addProcess(13, "vxVideoStream", {"vxVideoStream", "/c/vx_stream1.json"});
-    world.addProcess(14, "vxVideoStream", {"vxVideoStream", "/c/vx_stream2.json"});
+    world.addProcess(10, upperImage, {upperImage, "/c/vx_stream1.json"});   // image case differs
+    world.addProcess(11, image, {image});                         // no argument
+    world.addProcess(12, image, {image, "\"/C\\VX_stream1.json \""});
+    world.addProcess(13, image, {image, "/c/vx_stream1.json"});
+    world.addProcess(14, image, {image, "/c/vx_stream2.json"});
     // Blanks at the ends, other slashes, other case, quotes: still the
     // same, and the first in the list wins.
-    EXPECT_EQ(findProcessByArg(world.control, "vxVideoStream", "/c/vx_stream1.json"), 12);
-    EXPECT_EQ(findProcessByArg(world.control, "vxVideoStream", "\"/C/Vx_Stream1.JSON\""), 12);
-    EXPECT_EQ(findProcessByArg(world.control, "vxVideoStream", "/c/vx_stream2.json"), 14);
-    EXPECT_EQ(findProcessByArg(world.control, "vxVideoStream", "/c/vx_stream3.json"), 0);
+    EXPECT_EQ(findProcessByArg(world.control, image, "/c/vx_stream1.json"), 12);
+    EXPECT_EQ(findProcessByArg(world.control, image, "\"/C/Vx_Stream1.JSON\""), 12);
+    EXPECT_EQ(findProcessByArg(world.control, image, "/c/vx_stream2.json"), 14);
+    EXPECT_EQ(findProcessByArg(world.control, image, "/c/vx_stream3.json"), 0);
     world.processes.erase(world.processes.begin() + 2);
-    EXPECT_EQ(findProcessByArg(world.control, "vxVideoStream", "/c/vx_stream1.json"), 13);
+    EXPECT_EQ(findProcessByArg(world.control, image, "/c/vx_stream1.json"), 13);
     // A command line that can't be read matches nothing.
     world.arguments[13] = {};
-    EXPECT_EQ(findProcessByArg(world.control, "vxVideoStream", "/c/vx_stream1.json"), 0);
+    EXPECT_EQ(findProcessByArg(world.control, image, "/c/vx_stream1.json"), 0);
 }
 
 TEST(RestartMissingStreams, StartsOnlyTheMissingAutorunStreams)
@@ -223,10 +240,10 @@ TEST(RestartMissingStreams, StartsOnlyTheMissingAutorunStreams)
     world.add(0);
     world.add(1);
     world.add(2);
-    world.addProcess(50, "vxVideoStream", {"vxVideoStream", "/C/VX_STREAM0.JSON"});
+    world.addProcess(50, image, {image, "/C/VX_STREAM0.JSON"});
     restartMissingStreams(world.control);
     EXPECT_EQ(world.started,
-              (std::vector<std::string>{"vxVideoStream \"/c/vx_stream1.json\" \"/v\" \"/l/vxVideoStreamLog1.txt\""}));
+              (std::vector<std::string>{startLine(1, 1)}));
     EXPECT_EQ(log.lines(), (std::vector<std::string>{"[TRACE]videoStart ID1 ok!"}));
 
     // A stream with a start, stop or restart under way is left to it.
@@ -244,9 +261,9 @@ TEST(RestartMissingStreams, OneProcessListPerPassAndAnotherAfterEachStart)
                 {true, true, true, true});
     for (std::int32_t id = 0; id < 4; ++id)
         world.add(id);
-    world.addProcess(70, "vxVideoStream", {"vxVideoStream", "/c/vx_stream3.json"});
-    world.addProcess(71, "vxVideoStream", {"vxVideoStream", "/c/vx_stream0.json"});
-    world.addProcess(72, "vxVideoStream", {"vxVideoStream", "/c/vx_stream2.json"});
+    world.addProcess(70, image, {image, "/c/vx_stream3.json"});
+    world.addProcess(71, image, {image, "/c/vx_stream0.json"});
+    world.addProcess(72, image, {image, "/c/vx_stream2.json"});
     int lists = 0;
     std::map<long, int> reads;
     world.control.listProcesses = [&] {
@@ -262,13 +279,13 @@ TEST(RestartMissingStreams, OneProcessListPerPassAndAnotherAfterEachStart)
     // 3 be judged on a list taken afterwards.
     restartMissingStreams(world.control);
     EXPECT_EQ(world.started,
-              (std::vector<std::string>{"vxVideoStream \"/c/vx_stream1.json\" \"/v\" \"/l/vxVideoStreamLog1.txt\""}));
+              (std::vector<std::string>{startLine(1, 1)}));
     EXPECT_EQ(lists, 3);
     EXPECT_EQ(reads, (std::map<long, int>{{70, 3}, {71, 3}, {72, 3}}));
 
     // All running: one list and one read of each command line for the pass.
     world.started.clear();
-    world.addProcess(73, "vxVideoStream", {"vxVideoStream", "/c/vx_stream1.json"});
+    world.addProcess(73, image, {image, "/c/vx_stream1.json"});
     lists = 0;
     reads.clear();
     restartMissingStreams(world.control);

@@ -12,7 +12,7 @@
 #include "config/messenger_config.h"
 #include "config/recognition_config.h"
 #include "config/text_codec.h"
-#include "service_test_support.h"
+#include "supervision/service_test_support.h"
 #include "supervision/service_launcher.h"
 #include "supervision/service_requests.h"
 #include "support/installation.h"

@@ -9,7 +9,7 @@
 #include <opencv2/imgcodecs.hpp>
 
 #include "platform/shared_block.h"
-#include "stream_test_support.h"
+#include "supervision/stream_test_support.h"
 #include "supervision/stream_channel.h"
 
 namespace vx::supervision {
