@@ -7,10 +7,10 @@
 #include <QGuiApplication>
 #include <cstdlib>
 
-#include <opencv2/core.hpp>
-#include <opencv2/imgproc.hpp>
+#include <random>
 
 #include "config/text_codec.h"
+#include "imaging/picture.h"
 #include "liveview/interface_images.h"
 #include "liveview/tile_pictures.h"
 
@@ -19,11 +19,17 @@ namespace {
 using namespace vx;
 
 // A stream picture as the streams send them: 320 wide, of their aspect.
-cv::Mat streamPicture(int seed)
+vx::imaging::Picture streamPicture(int seed)
 {
-    cv::Mat picture(240, 320, CV_8UC3);
-    cv::randu(picture, cv::Scalar::all(0), cv::Scalar::all(255));
-    cv::circle(picture, {160, 120}, 40 + seed % 40, cv::Scalar(255, 255, 255), -1);
+    vx::imaging::Picture picture = vx::imaging::makePicture(320, 240, 3);
+    std::mt19937 noise(static_cast<unsigned>(seed));
+    const int radius = 40 + seed % 40;
+    for (int y = 0; y < picture.height; ++y)
+        for (int x = 0; x < picture.width; ++x) {
+            const bool inside = (x - 160) * (x - 160) + (y - 120) * (y - 120) <= radius * radius;
+            for (int c = 0; c < 3; ++c)
+                picture.at(x, y)[c] = inside ? 255 : static_cast<std::uint8_t>(noise() & 0xFF);
+        }
     return picture;
 }
 

@@ -1,4 +1,4 @@
-// One picture from request to stored cv::Mat at 320 by 320: the request to a
+// One picture from request to stored picture at 320 by 320: the request to a
 // real vxVideoStream, its JPEG into the block, the notification, the decode
 // and store in the manager. The rate of this loop is how many streams one
 // manager can serve per second on this machine, one picture each.

@@ -1,8 +1,7 @@
 #include "liveview/interface_images.h"
 
-#include <opencv2/imgcodecs.hpp>
-
 #include "config/text_codec.h"
+#include "imaging/picture_ops.h"
 
 namespace vx::liveview {
 
@@ -12,17 +11,12 @@ const std::array<const char*, 12> buttonImageFiles = {
     "bsshowwindowon.png", "bsshowwindowoff.png", "bsshowconsoleon.png", "bsshowconsoloff.png",
 };
 
-std::vector<cv::Mat> loadButtonImages(const std::filesystem::path& folder, bool& allFound)
+std::vector<imaging::Picture> loadButtonImages(const std::filesystem::path& folder, bool& allFound)
 {
     allFound = true;
-    std::vector<cv::Mat> images;
+    std::vector<imaging::Picture> images;
     for (const char* file : buttonImageFiles) {
-        cv::Mat image;
-        try {
-            image = cv::imread((folder / file).string(), cv::IMREAD_UNCHANGED);
-        } catch (const cv::Exception&) {
-            image.release();
-        }
+        const imaging::Picture image = imaging::readPictureFile(folder / file);
         if (image.empty())
             allFound = false;
         images.push_back(image);

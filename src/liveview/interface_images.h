@@ -6,8 +6,7 @@
 #include <string>
 #include <vector>
 
-#include <opencv2/core/mat.hpp>
-
+#include "imaging/picture.h"
 #include "state/app_state.h"
 #include "liveview/live_view.h"
 
@@ -32,7 +31,7 @@ extern const std::array<const char*, 12> buttonImageFiles;
 
 // Reads the twelve pictures from `folder`; a file that can't be read leaves
 // an empty picture at its position. `allFound` tells whether all were read.
-std::vector<cv::Mat> loadButtonImages(const std::filesystem::path& folder, bool& allFound);
+std::vector<imaging::Picture> loadButtonImages(const std::filesystem::path& folder, bool& allFound);
 
 // The status line when a picture is missing (Windows-1251).
 std::string missingImagesText();

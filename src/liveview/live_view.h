@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include <opencv2/core/mat.hpp>
+#include "imaging/picture.h"
 
 #include "liveview/tile_grid.h"
 
@@ -23,7 +23,7 @@ struct TileHover {
 struct LiveView {
     TileGrid grid;
     TileHover hover;
-    std::vector<cv::Mat> buttonImages = std::vector<cv::Mat>(12);   // see interface_images.h
+    std::vector<imaging::Picture> buttonImages = std::vector<imaging::Picture>(12);   // see interface_images.h
     // A text over the zone's origin; nothing in the manager sets it.
     bool statusOverlay = false;
     std::string statusOverlayText;

@@ -1,9 +1,7 @@
 #include "liveview/overlay.h"
 
-#include <opencv2/core.hpp>
-#include <opencv2/imgproc.hpp>
-
 #include "config/text_codec.h"
+#include "imaging/picture_ops.h"
 #include "liveview/interface_images.h"
 #include "liveview/text_renderer.h"
 
@@ -31,63 +29,48 @@ const std::string& closeText()
     return text;
 }
 
-// A button picture as the tile takes it: eight bits, four channels. The
-// files are read unchanged, and a file of another kind would make the
+// A button picture as the tile takes it: four channels. The files are read
+// with their own channels, and a file of another kind would make the
 // addition fail; such a picture is converted first.
-cv::Mat asTilePixels(const cv::Mat& picture)
+imaging::Picture asTilePixels(const imaging::Picture& picture)
 {
-    cv::Mat eightBit = picture;
-    if (picture.depth() == CV_16U)
-        picture.convertTo(eightBit, CV_8U, 1.0 / 256.0);
-    else if (picture.depth() != CV_8U)
-        picture.convertTo(eightBit, CV_8U);
-    switch (eightBit.channels()) {
-    case 4:
-        return eightBit;
-    case 3: {
-        cv::Mat out;
-        cv::cvtColor(eightBit, out, cv::COLOR_BGR2BGRA);
-        return out;
-    }
-    case 1: {
-        cv::Mat out;
-        cv::cvtColor(eightBit, out, cv::COLOR_GRAY2BGRA);
-        return out;
-    }
-    default:
-        return cv::Mat();
-    }
+    if (picture.channels == 4)
+        return picture;
+    if (picture.channels != 3 && picture.channels != 1)
+        return imaging::Picture();
+    imaging::Picture out = imaging::makePicture(picture.width, picture.height, 4);
+    imaging::convertInto(picture, out);
+    return out;
 }
 
-void addButton(cv::Mat& tile, const cv::Mat& picture, int x, int y, int side, bool hovered)
+void addButton(imaging::Picture& tile, const imaging::Picture& picture, int x, int y, int side, bool hovered)
 {
     if (picture.empty())
         return;
-    const cv::Rect place(x, y, side, side);
-    if ((place & cv::Rect(0, 0, tile.cols, tile.rows)) != place)
+    const imaging::PictureRect place{x, y, side, side};
+    imaging::Picture target = imaging::region(tile, place);
+    if (target.empty())
         return;
-    cv::Mat resized;
-    cv::resize(asTilePixels(picture), resized, cv::Size(side, side), 0, 0, cv::INTER_LINEAR);
+    imaging::Picture resized = imaging::scaled(asTilePixels(picture), side, side);
     if (resized.empty())
         return;
     if (hovered)
-        resized.convertTo(resized, -1, 2.0);
-    cv::Mat region = tile(place);
-    cv::add(region, resized, region);
+        imaging::multiply(resized, 2.0);
+    imaging::addInto(target, resized);
 }
 
 struct ButtonLook {
-    cv::Scalar blend;
+    imaging::PictureColour blend;
     TextColour text;
     TextColour shadow;
     int dx, dy;
 };
 
 const ButtonLook buttonLooks[4] = {
-    {cv::Scalar(120, 80, 0), 0xFFFFFF, 0x785000, 0, 0},
-    {cv::Scalar(180, 120, 0), 0xF0F0F0, 0xB47800, 1, 1},
-    {cv::Scalar(0, 80, 120), 0xFFFFFF, 0x785000, 0, 0},
-    {cv::Scalar(0, 120, 180), 0xFFFFFF, 0x785000, 0, 0},
+    {{120, 80, 0, 255}, 0xFFFFFF, 0x785000, 0, 0},
+    {{180, 120, 0, 255}, 0xF0F0F0, 0xB47800, 1, 1},
+    {{0, 80, 120, 255}, 0xFFFFFF, 0x785000, 0, 0},
+    {{0, 120, 180, 255}, 0xFFFFFF, 0x785000, 0, 0},
 };
 
 } // namespace
@@ -123,15 +106,15 @@ int buttonAt(const TileGrid& grid, const std::vector<core::CameraRuntime>& recor
     return buttonInTile(rect.width, x - rect.x, y - rect.y, record.control.buttonOpen, record.control.buttonClose);
 }
 
-void drawSmallButtons(cv::Mat& tile, const std::vector<cv::Mat>& images, const core::CameraRuntime& record,
-                      int hoveredButton)
+void drawSmallButtons(imaging::Picture& tile, const std::vector<imaging::Picture>& images,
+                      const core::CameraRuntime& record, int hoveredButton)
 {
-    const int size = tile.cols;
+    const int size = tile.width;
     const int b = smallButtonSide(size);
     if (b < 4)
         return;
-    auto picture = [&images](int which) -> const cv::Mat& {
-        static const cv::Mat none;
+    auto picture = [&images](int which) -> const imaging::Picture& {
+        static const imaging::Picture none;
         return which < static_cast<int>(images.size()) ? images[static_cast<std::size_t>(which)] : none;
     };
     struct Place {
@@ -151,24 +134,23 @@ void drawSmallButtons(cv::Mat& tile, const std::vector<cv::Mat>& images, const c
         addButton(tile, picture(p.image), p.x, p.y, b, hoveredButton == p.number);
 }
 
-void drawTextButton(cv::Mat& tile, const TileRect& rect, const std::string& text, int fontSize, int state)
+void drawTextButton(imaging::Picture& tile, const TileRect& rect, const std::string& text, int fontSize, int state)
 {
     if (state < 0 || state > 3 || rect.width <= 0 || rect.height <= 0)
         return;
-    const cv::Rect place(rect.x, rect.y, rect.width, rect.height);
-    if ((place & cv::Rect(0, 0, tile.cols, tile.rows)) != place)
+    imaging::Picture target = imaging::region(tile, {rect.x, rect.y, rect.width, rect.height});
+    if (target.empty())
         return;
     const ButtonLook& look = buttonLooks[state];
-    cv::Mat button(rect.height, rect.width, tile.type());
-    button.setTo(cv::Scalar(look.blend[0], look.blend[1], look.blend[2], 255));
+    imaging::Picture button = imaging::makePicture(rect.width, rect.height, tile.channels);
+    imaging::fill(button, look.blend);
     drawText(button, fontName, fontSize, text, look.dx, fontSize / 2 + look.dy, look.text, look.shadow, textCenter);
-    cv::Mat region = tile(place);
-    cv::addWeighted(region, 0.3, button, 0.7, 0.0, region);
+    imaging::blendInto(target, 0.3, button, 0.7);
 }
 
-void drawLargeButtons(cv::Mat& tile, const core::CameraRuntime& record, int hoveredButton)
+void drawLargeButtons(imaging::Picture& tile, const core::CameraRuntime& record, int hoveredButton)
 {
-    const int size = tile.cols;
+    const int size = tile.width;
     const int width = static_cast<int>(size * 0.6 * 0.25) * 4;
     const int height = static_cast<int>(size * 0.15);
     const int x = static_cast<int>(size * 0.2);
@@ -181,9 +163,9 @@ void drawLargeButtons(cv::Mat& tile, const core::CameraRuntime& record, int hove
                        hoveredButton == buttonClose ? 3 : 2);
 }
 
-void drawTileTexts(cv::Mat& tile, const core::CameraRuntime& record, bool connected)
+void drawTileTexts(imaging::Picture& tile, const core::CameraRuntime& record, bool connected)
 {
-    const int size = tile.cols;
+    const int size = tile.width;
     const int fs = titleFontSize(size);
     const std::string title = "ID:" + std::to_string(record.id) + "\r\n" + record.config.videoName;
     drawText(tile, fontName, fs, title, 10, 10, 0xFFFFFF, 0x646464, textWordBreak);

@@ -5,8 +5,7 @@
 #include <string>
 #include <vector>
 
-#include <opencv2/core/mat.hpp>
-
+#include "imaging/picture.h"
 #include "state/camera_runtime.h"
 #include "liveview/tile_grid.h"
 
@@ -39,20 +38,20 @@ int buttonAt(const TileGrid& grid, const std::vector<core::CameraRuntime>& recor
 
 // Adds the seven small buttons onto a four-channel tile. `hoveredButton` is
 // the button under the mouse when the mouse is over this tile, else -1.
-void drawSmallButtons(cv::Mat& tile, const std::vector<cv::Mat>& images, const core::CameraRuntime& record,
+void drawSmallButtons(imaging::Picture& tile, const std::vector<imaging::Picture>& images, const core::CameraRuntime& record,
                       int hoveredButton);
 
 // One large button in `rect` of a tile (three or four channels), blended at 70%.
 // `state`: 0 open, 1 open hovered, 2 close, 3 close hovered.
-void drawTextButton(cv::Mat& tile, const TileRect& rect, const std::string& text, int fontSize, int state);
+void drawTextButton(imaging::Picture& tile, const TileRect& rect, const std::string& text, int fontSize, int state);
 
 // The large buttons the stream offers.
-void drawLargeButtons(cv::Mat& tile, const core::CameraRuntime& record, int hoveredButton);
+void drawLargeButtons(imaging::Picture& tile, const core::CameraRuntime& record, int hoveredButton);
 
 // The font size of the title: max(10, tile / 15).
 inline int titleFontSize(int tile) { return tile / 15 > 10 ? tile / 15 : 10; }
 
 // "ID:<id>" CR LF <name>, and "Нет соединения" when `connected` is false.
-void drawTileTexts(cv::Mat& tile, const core::CameraRuntime& record, bool connected);
+void drawTileTexts(imaging::Picture& tile, const core::CameraRuntime& record, bool connected);
 
 } // namespace vx::liveview

@@ -1,10 +1,10 @@
 #pragma once
-// Text on pictures: draws Windows-1251 text into an 8-bit cv::Mat in place,
+// Text on pictures: draws Windows-1251 text into a picture in place,
 // with a shadow two pixels right and down.
 #include <cstdint>
 #include <string>
 
-#include <opencv2/core/mat.hpp>
+#include "imaging/picture.h"
 
 namespace vx::liveview {
 
@@ -30,9 +30,9 @@ struct TextSize {
 // cell height `size` pixels, into the rectangle from `x`, `y` to the
 // picture's lower right corner less one pixel: first in `shadowColour` two
 // pixels right and down, then in `colour`. `sizeOut`, when given, gets the
-// extent of the text as one line. Other pictures are left alone. Safe on any thread once the GUI application exists;
-// without one nothing is drawn.
-void drawText(cv::Mat& mat, const std::string& fontName, int size, const std::string& text, int x, int y,
+// extent of the text as one line. Other pictures are left alone. Safe on any thread (on Linux once the GUI
+// application exists; without one nothing is drawn).
+void drawText(imaging::Picture& picture, const std::string& fontName, int size, const std::string& text, int x, int y,
               TextColour colour, TextColour shadowColour, unsigned format, TextSize* sizeOut = nullptr);
 
 } // namespace vx::liveview

@@ -1,13 +1,12 @@
 #pragma once
 // The tile area's picture: every stream's tile and the "add" tile on a gray
-// zone, composed in a cv::Mat under the stream table's drawing lock.
+// zone, composed in one picture under the stream table's drawing lock.
 #include <cstdint>
 #include <functional>
 #include <string>
 #include <vector>
 
-#include <opencv2/core/mat.hpp>
-
+#include "imaging/picture.h"
 #include "state/stream_table.h"
 #include "liveview/live_view.h"
 
@@ -22,14 +21,14 @@ struct DrawHooks {
 
 // One stream's tile, three channels, tileSize square. Runs under the drawing
 // lock (`records` are the table's own); may store the window it looked up.
-cv::Mat drawTile(const LiveView& view, std::vector<core::CameraRuntime>& records, int index,
+imaging::Picture drawTile(const LiveView& view, std::vector<core::CameraRuntime>& records, int index,
                  const DrawHooks& hooks);
 
 // The "add" tile of side `tile`, three channels.
-cv::Mat drawAddTile(int tile, bool hovered);
+imaging::Picture drawAddTile(int tile, bool hovered);
 
 struct ZonePicture {
-    cv::Mat pixels;            // three channels, eight bits, the zone's size
+    imaging::Picture pixels;   // three channels, eight bits, the zone's size
     std::uint64_t serial = 0;  // higher is newer
 };
 

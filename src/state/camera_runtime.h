@@ -3,9 +3,8 @@
 #include <cstdint>
 #include <memory>
 
-#include <opencv2/core/mat.hpp>
-
 #include "config/camera_config.h"
+#include "imaging/picture.h"
 #include "state/stream_channel.h"
 
 namespace vx::platform { class SharedBlock; }
@@ -23,7 +22,7 @@ struct CameraRuntime {
     bool running = false;
     bool planned = true;
     StreamChannel channel;
-    cv::Mat image;                 // copies share the pixels with the table
+    imaging::Picture image;        // copies share the pixels with the table
     bool hasImage = false;
     std::int64_t lastImageTime = 0;   // seconds of calendar time
     // The stream's shared picture block, mapped on first use; released when

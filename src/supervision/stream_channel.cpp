@@ -4,8 +4,7 @@
 #include <cstring>
 #include <stdexcept>
 
-#include <opencv2/imgcodecs.hpp>
-
+#include "imaging/picture_ops.h"
 #include "maintenance/system_log.h"
 #include "platform/shared_block.h"
 #include "supervision/stream_commands.h"
@@ -174,14 +173,8 @@ bool onCopyData(core::StreamTable& table, const platform::CopyDataMessage& messa
     unsigned long long streamWindow = 0;
     std::sscanf(pieces[1].c_str(), "%llx", &streamWindow);
 
-    cv::Mat picture;
-    if (!buffer.empty()) {
-        try {
-            picture = cv::imdecode(buffer, cv::IMREAD_COLOR);
-        } catch (const cv::Exception&) {
-            picture.release();   // a picture that doesn't decode is an empty one
-        }
-    }
+    // A picture that doesn't decode is an empty one.
+    const imaging::Picture picture = imaging::decodePicture(buffer);
     VX_LOG(logDebug, std::string("CopyMes: getimage empty = ") + (picture.empty() ? "true" : "false"));
     if (picture.empty())
         return true;

@@ -6,7 +6,7 @@
 //
 // The block "VxVideoStreamSharedMemoryID<id>", as the manager reads it:
 //   offset 0:     "getimage:<stream window handle, hex>:<L>" and a zero byte
-//   offset n + 1: L bytes of a picture cv::imdecode recognises
+//   offset n + 1: L bytes of a picture (JPEG or PNG)
 #include <cstdint>
 #include <functional>
 #include <string>

@@ -1,20 +1,27 @@
 #pragma once
 // Shared pieces of the live view tests: the GUI application that text
-// drawing needs, and streams with made-up pictures.
+// drawing needs on Linux, and streams with made-up pictures.
+#include <array>
 #include <string>
+#include <utility>
 
-#include <opencv2/core/mat.hpp>
-
+#include "imaging/picture.h"
 #include "state/stream_table.h"
 
 namespace vx::test {
 
-// Makes the process's GUI application on first use (offscreen platform).
+// Makes the process's GUI application on first use (offscreen platform);
+// nothing to make where text is drawn without one.
 void ensureGuiApplication();
 
-// A picture of `width` by `height` with a gradient and a few shapes; the
-// same for the same arguments.
-cv::Mat samplePicture(int width, int height, int seed);
+// A picture of one colour.
+imaging::Picture plainPicture(int width, int height, int channels, const imaging::PictureColour& colour);
+
+// The pixel's three colour channels.
+std::array<int, 3> pixelAt(const imaging::Picture& picture, int x, int y);
+
+// Width and height.
+inline std::pair<int, int> sizeOf(const imaging::Picture& picture) { return {picture.width, picture.height}; }
 
 // Adds a stream named "Камера <id>" (Windows-1251 in the record); returns
 // its index.

@@ -1,16 +1,14 @@
 #include <gtest/gtest.h>
 
+#include <array>
 #include <filesystem>
-
-#include <opencv2/core.hpp>
-#include <opencv2/imgproc.hpp>
+#include <utility>
 
 #include "live_fixture.h"
 #include "liveview/interface_images.h"
 #include "liveview/overlay.h"
 #include "liveview/tile_hover.h"
 #include "liveview/tile_pictures.h"
-#include "liveview/zone_image.h"
 #include "support/temp_dir.h"
 
 namespace vx::liveview {
@@ -26,7 +24,7 @@ protected:
         ASSERT_TRUE(all);
     }
 
-    cv::Vec3b pixel(const ZonePicture& zone, int x, int y) { return zone.pixels.at<cv::Vec3b>(y, x); }
+    std::array<int, 3> pixel(const ZonePicture& zone, int x, int y) { return test::pixelAt(zone.pixels, x, y); }
 
     core::StreamTable table;
     LiveView view;
@@ -36,45 +34,45 @@ protected:
 TEST_F(TilePictures, EmptyTableShowsGrayZoneAndTheAddTile)
 {
     const ZonePicture zone = drawCamera(table, view, 640, 480, hooks);
-    ASSERT_EQ(zone.pixels.size(), cv::Size(640, 480));
-    ASSERT_EQ(zone.pixels.type(), CV_8UC3);
-    EXPECT_EQ(pixel(zone, 0, 0), cv::Vec3b(128, 128, 128));
+    ASSERT_EQ(test::sizeOf(zone.pixels), std::pair(640, 480));
+    ASSERT_EQ(zone.pixels.channels, 3);
+    EXPECT_EQ(pixel(zone, 0, 0), (std::array<int, 3>{128, 128, 128}));
     // The add tile at (66, 13): its frame, its ground, its plus sign.
-    EXPECT_EQ(pixel(zone, 66, 13), cv::Vec3b(253, 180, 0));
-    EXPECT_EQ(pixel(zone, 66 + 20, 13 + 20), cv::Vec3b(60, 40, 0));
-    EXPECT_EQ(pixel(zone, 66 + 110, 13 + 110), cv::Vec3b(253, 180, 0));
-    EXPECT_EQ(pixel(zone, 66 + 110, 13 + 80), cv::Vec3b(60, 40, 0));
+    EXPECT_EQ(pixel(zone, 66, 13), (std::array<int, 3>{253, 180, 0}));
+    EXPECT_EQ(pixel(zone, 66 + 20, 13 + 20), (std::array<int, 3>{60, 40, 0}));
+    EXPECT_EQ(pixel(zone, 66 + 110, 13 + 110), (std::array<int, 3>{253, 180, 0}));
+    EXPECT_EQ(pixel(zone, 66 + 110, 13 + 80), (std::array<int, 3>{60, 40, 0}));
     EXPECT_EQ(view.grid.addTileRect, (TileRect{66, 13, 220, 220}));
 
     // Hovered: a one-pixel rectangle in (0, 255, 255).
     view.hover.hoverTile = addTile;
     const ZonePicture hovered = drawCamera(table, view, -1, -1, hooks);
-    EXPECT_EQ(pixel(hovered, 66, 13), cv::Vec3b(0, 255, 255));
-    EXPECT_EQ(pixel(hovered, 66 + 1, 13 + 1), cv::Vec3b(253, 180, 0));
+    EXPECT_EQ(pixel(hovered, 66, 13), (std::array<int, 3>{0, 255, 255}));
+    EXPECT_EQ(pixel(hovered, 66 + 1, 13 + 1), (std::array<int, 3>{253, 180, 0}));
     EXPECT_GT(hovered.serial, zone.serial);
 }
 
 TEST_F(TilePictures, MinusOneTakesTheStoredSize)
 {
-    EXPECT_EQ(drawCamera(table, view, -1, -1, hooks).pixels.size(), cv::Size(640, 480));
+    EXPECT_EQ(test::sizeOf(drawCamera(table, view, -1, -1, hooks).pixels), std::pair(640, 480));
     drawCamera(table, view, 800, 600, hooks);
-    EXPECT_EQ(drawCamera(table, view, -1, -1, hooks).pixels.size(), cv::Size(800, 600));
+    EXPECT_EQ(test::sizeOf(drawCamera(table, view, -1, -1, hooks).pixels), std::pair(800, 600));
 }
 
 TEST_F(TilePictures, APictureIsStretchedOverTheTile)
 {
     test::addSampleStream(table, 1);
     table.withDrawLock([](std::vector<core::CameraRuntime>& records) {
-        records[0].image = cv::Mat(30, 300, CV_8UC3, cv::Scalar(10, 200, 30));
+        records[0].image = test::plainPicture(300, 30, 3, {10, 200, 30});
         records[0].hasImage = true;
         records[0].channel.window = 7;
     });
     const ZonePicture zone = drawCamera(table, view, 640, 480, hooks);
     // Tile 0 at (66, 13), 220 square: the flat picture fills all of it
     // (away from the title and the buttons).
-    EXPECT_EQ(pixel(zone, 66 + 110, 13 + 200), cv::Vec3b(10, 200, 30));
-    EXPECT_EQ(pixel(zone, 66 + 5, 13 + 110), cv::Vec3b(10, 200, 30));
-    EXPECT_EQ(pixel(zone, 66 + 200, 13 + 100), cv::Vec3b(10, 200, 30));
+    EXPECT_EQ(pixel(zone, 66 + 110, 13 + 200), (std::array<int, 3>{10, 200, 30}));
+    EXPECT_EQ(pixel(zone, 66 + 5, 13 + 110), (std::array<int, 3>{10, 200, 30}));
+    EXPECT_EQ(pixel(zone, 66 + 200, 13 + 100), (std::array<int, 3>{10, 200, 30}));
 }
 
 TEST_F(TilePictures, AStreamWithoutPictureIsBlackAndLooksForItsWindow)
@@ -86,7 +84,7 @@ TEST_F(TilePictures, AStreamWithoutPictureIsBlackAndLooksForItsWindow)
         return platform::WindowHandle(42);
     };
     const ZonePicture zone = drawCamera(table, view, 640, 480, hooks);
-    EXPECT_EQ(pixel(zone, 66 + 200, 13 + 60), cv::Vec3b(0, 0, 0));
+    EXPECT_EQ(pixel(zone, 66 + 200, 13 + 60), (std::array<int, 3>{0, 0, 0}));
     EXPECT_EQ(lookups, 1);
     // The window found is kept in the table's channel.
     EXPECT_EQ(table.record(0).channel.window, platform::WindowHandle(42));
@@ -96,7 +94,7 @@ TEST_F(TilePictures, ButtonsAreAddedOntoThePictureAndBrightenWhenHovered)
 {
     test::addSampleStream(table, 1);
     table.withDrawLock([](std::vector<core::CameraRuntime>& records) {
-        records[0].image = cv::Mat(100, 100, CV_8UC3, cv::Scalar(40, 40, 40));
+        records[0].image = test::plainPicture(100, 100, 3, {40, 40, 40});
         records[0].hasImage = true;
         records[0].channel.window = 7;
     });
@@ -104,8 +102,8 @@ TEST_F(TilePictures, ButtonsAreAddedOntoThePictureAndBrightenWhenHovered)
     const int x = 66 + 220 - 24, y = 13 + 220 - 24;
     const ZonePicture plain = drawCamera(table, view, 640, 480, hooks);
     // The button's black corner leaves the picture as it was.
-    EXPECT_EQ(pixel(plain, x, y), cv::Vec3b(40, 40, 40));
-    const cv::Vec3b centre = pixel(plain, x + 12, y + 12);
+    EXPECT_EQ(pixel(plain, x, y), (std::array<int, 3>{40, 40, 40}));
+    const std::array<int, 3> centre = pixel(plain, x + 12, y + 12);
     EXPECT_GT(centre[0], 40);
 
     ASSERT_TRUE(updateHover(table, view, x + 12, y + 12));
@@ -113,10 +111,10 @@ TEST_F(TilePictures, ButtonsAreAddedOntoThePictureAndBrightenWhenHovered)
     EXPECT_EQ(view.hover.hoverButton, buttonSettings);
     const ZonePicture hovered = drawCamera(table, view, -1, -1, hooks);
     EXPECT_FALSE(view.hover.redrawNeeded);
-    EXPECT_EQ(pixel(hovered, 66, 13), cv::Vec3b(0, 255, 255));
-    const cv::Vec3b bright = pixel(hovered, x + 4, y + 12);
-    const cv::Vec3b dim = pixel(plain, x + 4, y + 12);
-    EXPECT_GT(int(bright[0]) + bright[1] + bright[2], int(dim[0]) + dim[1] + dim[2]);
+    EXPECT_EQ(pixel(hovered, 66, 13), (std::array<int, 3>{0, 255, 255}));
+    const std::array<int, 3> bright = pixel(hovered, x + 4, y + 12);
+    const std::array<int, 3> dim = pixel(plain, x + 4, y + 12);
+    EXPECT_GT(bright[0] + bright[1] + bright[2], dim[0] + dim[1] + dim[2]);
 
     // Same tile and button: nothing to redraw.
     EXPECT_FALSE(updateHover(table, view, x + 13, y + 12));
@@ -128,12 +126,12 @@ TEST_F(TilePictures, ButtonsAreAddedOntoThePictureAndBrightenWhenHovered)
 TEST_F(TilePictures, AMissingRunPictureLeavesTheButtonInvisibleButClickable)
 {
     test::addSampleStream(table, 1);
-    view.buttonImages[imageRun] = cv::Mat();
+    view.buttonImages[imageRun] = imaging::Picture();
     table.withDrawLock([](std::vector<core::CameraRuntime>& records) {
-        records[0].image = cv::Mat(100, 100, CV_8UC3, cv::Scalar(40, 40, 40));
+        records[0].image = test::plainPicture(100, 100, 3, {40, 40, 40});
     });
     const ZonePicture zone = drawCamera(table, view, 640, 480, hooks);
-    EXPECT_EQ(pixel(zone, 66 + 12, 13 + 220 - 12), cv::Vec3b(40, 40, 40));
+    EXPECT_EQ(pixel(zone, 66 + 12, 13 + 220 - 12), (std::array<int, 3>{40, 40, 40}));
     EXPECT_EQ(hitTest(table, view, 66 + 12, 13 + 220 - 12).button, buttonStartStop);
 }
 
@@ -142,20 +140,17 @@ TEST_F(TilePictures, OddPicturesAndTinyTilesDrawWithoutFault)
     for (int id = 1; id <= 5; ++id)
         test::addSampleStream(table, id);
     table.withDrawLock([](std::vector<core::CameraRuntime>& records) {
-        records[0].image = cv::Mat(1, 1000, CV_8UC3, cv::Scalar(1, 2, 3));
-        records[1].image = cv::Mat(500, 2, CV_8UC1, cv::Scalar(9));
-        records[2].image = cv::Mat(50, 50, CV_16UC3, cv::Scalar(1000, 2000, 3000));
-        records[3].image = cv::Mat(40, 40, CV_8UC4, cv::Scalar(5, 6, 7, 8));
+        records[0].image = test::plainPicture(1000, 1, 3, {1, 2, 3});
+        records[1].image = test::plainPicture(2, 500, 1, {9});
+        records[3].image = test::plainPicture(40, 40, 4, {5, 6, 7, 8});
         records[4].control.buttonOpen = true;
         records[4].control.buttonClose = true;
     });
-    view.buttonImages[imageDelete] = cv::Mat(10, 10, CV_16UC3, cv::Scalar(65535, 0, 0));
-    view.buttonImages[imageDirect] = cv::Mat(10, 10, CV_8UC1, cv::Scalar(255));
-    view.buttonImages[imageRecognition] = cv::Mat(7, 3, CV_8UC3, cv::Scalar(0, 0, 255));
-    for (const cv::Size size : {cv::Size(640, 480), cv::Size(100, 60), cv::Size(20, 480), cv::Size(1, 1),
-                                cv::Size(0, 0), cv::Size(3000, 40)}) {
-        SCOPED_TRACE(size.width);
-        const ZonePicture zone = drawCamera(table, view, size.width, size.height, hooks);
+    view.buttonImages[imageDirect] = test::plainPicture(10, 10, 1, {255});
+    view.buttonImages[imageRecognition] = test::plainPicture(3, 7, 3, {0, 0, 255});
+    for (const auto& [width, height] : {std::pair{640, 480}, {100, 60}, {20, 480}, {1, 1}, {0, 0}, {3000, 40}}) {
+        SCOPED_TRACE(width);
+        const ZonePicture zone = drawCamera(table, view, width, height, hooks);
         EXPECT_FALSE(zone.pixels.empty());
     }
     // A tile below 32 pixels: no buttons to hit anywhere on it.
@@ -171,9 +166,10 @@ TEST_F(TilePictures, HundredStreamsClipTheAddTileToTheZone)
 {
     for (int id = 0; id < 100; ++id)
         test::addSampleStream(table, id);
-    for (const cv::Size size : {cv::Size(1920, 1040), cv::Size(640, 480), cv::Size(700, 481)}) {
-        const ZonePicture zone = drawCamera(table, view, size.width, size.height, hooks);
-        EXPECT_EQ(zone.pixels.size(), size);
+    for (const auto& [width, height] : {std::pair{1920, 1040}, {640, 480}, {700, 481}}) {
+        const ZonePicture zone = drawCamera(table, view, width, height, hooks);
+        EXPECT_EQ(zone.pixels.width, width);
+        EXPECT_EQ(zone.pixels.height, height);
         EXPECT_EQ(view.grid.tileRects.size(), 100u);
     }
 }
@@ -191,31 +187,15 @@ TEST_F(TilePictures, ClicksFindTilesAndButtonsOfTheLastDrawing)
     EXPECT_EQ(hitTest(table, view, 65535, 20).tile, noTile);
 }
 
-TEST(ZoneImage, SharesThePixelsAndKeepsThemAlive)
-{
-    QImage image;
-    const uchar* data = nullptr;
-    {
-        cv::Mat zone(4, 6, CV_8UC3, cv::Scalar(1, 2, 3));
-        data = zone.data;
-        image = zoneImage(zone);
-    }
-    ASSERT_FALSE(image.isNull());
-    EXPECT_EQ(image.constBits(), data);
-    EXPECT_EQ(image.size(), QSize(6, 4));
-    EXPECT_EQ(image.pixelColor(5, 3), QColor(3, 2, 1));
-    EXPECT_TRUE(zoneImage(cv::Mat(2, 2, CV_8UC4)).isNull());
-}
-
 TEST(InterfaceImages, AllTwelveFromTheSourceTree)
 {
     core::StatusText status;
     LiveView view;
     EXPECT_TRUE(loadInterfaceImages(view, test::sourceImagesFolder(), status));
     ASSERT_EQ(view.buttonImages.size(), 12u);
-    for (const cv::Mat& image : view.buttonImages) {
+    for (const imaging::Picture& image : view.buttonImages) {
         EXPECT_FALSE(image.empty());
-        EXPECT_EQ(image.channels(), 4);
+        EXPECT_EQ(image.channels, 4);
     }
     EXPECT_EQ(status.get(), "");
 }

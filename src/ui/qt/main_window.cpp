@@ -43,7 +43,7 @@
 #include "liveview/live_view.h"
 #include "liveview/tile_hover.h"
 #include "liveview/tile_pictures.h"
-#include "liveview/zone_image.h"
+#include "ui/qt/zone_image.h"
 #include "maintenance/system_log.h"
 #include "ui/qt/edit_hooks.h"
 #include "ui/qt/message_boxes.h"
@@ -218,7 +218,7 @@ bool MainWindow::create()
                 return;
             QMetaObject::invokeMethod(
                 app,
-                [tileArea, image = liveview::zoneImage(zone.pixels), serial = zone.serial] {
+                [tileArea, image = zoneImage(zone.pixels), serial = zone.serial] {
                     if (tileArea)
                         tileArea->showZone(image, serial);
                 },
@@ -601,7 +601,7 @@ void MainWindow::redrawTiles(int width, int height)
     if (!tileArea_)
         return;
     const liveview::ZonePicture zone = liveview::drawCamera(state_.streams, *liveView_, width, height, tileDrawHooks());
-    tileArea_->showZone(liveview::zoneImage(zone.pixels), zone.serial);
+    tileArea_->showZone(zoneImage(zone.pixels), zone.serial);
 }
 
 void MainWindow::onTileHover(int x, int y)

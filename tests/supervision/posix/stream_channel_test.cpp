@@ -67,7 +67,7 @@ TEST(OnCopyData, StoresThePictureInTheRecordsWhoseWindowTheHeaderNames)
     answer.write("getimage:abc:" + std::to_string(picture.size()), picture);
     EXPECT_TRUE(onCopyData(table, notification(id), [] { return std::int64_t{1234}; }));
     EXPECT_TRUE(table.record(0).hasImage);
-    EXPECT_EQ(table.record(0).image.size(), cv::Size(64, 48));
+    EXPECT_EQ(std::pair(table.record(0).image.width, table.record(0).image.height), std::pair(64, 48));
     EXPECT_EQ(table.record(0).lastImageTime, 1234);
     EXPECT_TRUE(table.record(2).hasImage);
     EXPECT_FALSE(table.record(1).hasImage);

@@ -116,7 +116,7 @@ TEST(StreamProcess, PictureArrivesWithinTwoTicksAndQuitEndsIt)
     for (auto& r : requests)
         r.wait();
     ASSERT_TRUE(arrived);
-    EXPECT_EQ(world.table.record(0).image.size(), cv::Size(320, 320));
+    EXPECT_EQ(std::pair(world.table.record(0).image.width, world.table.record(0).image.height), std::pair(320, 320));
     EXPECT_EQ(world.table.record(0).lastImageTime, 42);
 
     const long pid = world.pidOf(position);

@@ -64,10 +64,10 @@ QFont fontForCellHeight(const std::string& fontName, int size)
 
 } // namespace
 
-void drawText(cv::Mat& mat, const std::string& fontName, int size, const std::string& text, int x, int y,
+void drawText(imaging::Picture& picture, const std::string& fontName, int size, const std::string& text, int x, int y,
               TextColour colour, TextColour shadowColour, unsigned format, TextSize* sizeOut)
 {
-    if (mat.empty() || (mat.type() != CV_8UC3 && mat.type() != CV_8UC4) || size <= 0 ||
+    if (picture.empty() || (picture.channels != 3 && picture.channels != 4) || size <= 0 ||
         !QGuiApplication::instance())
         return;
     QString qtext = QString::fromUtf8(config::cp1251ToUtf8(text));
@@ -80,12 +80,12 @@ void drawText(cv::Mat& mat, const std::string& fontName, int size, const std::st
     }
     // The image works on the picture's own pixels: no copy either way.
     // Four channels in B, G, R, A order are the painter's own pixel format.
-    QImage image(mat.data, mat.cols, mat.rows, static_cast<qsizetype>(mat.step),
-                 mat.channels() == 4 ? QImage::Format_RGB32 : QImage::Format_BGR888);
+    QImage image(picture.data, picture.width, picture.height, static_cast<qsizetype>(picture.stride),
+                 picture.channels == 4 ? QImage::Format_RGB32 : QImage::Format_BGR888);
     QPainter painter(&image);
     painter.setFont(font);
     const int flags = alignmentFlags(format);
-    const QRect target(x, y, mat.cols - 1 - x, mat.rows - 1 - y);
+    const QRect target(x, y, picture.width - 1 - x, picture.height - 1 - y);
     painter.setPen(toQColor(shadowColour));
     painter.drawText(target.translated(2, 2), flags, qtext);
     painter.setPen(toQColor(colour));

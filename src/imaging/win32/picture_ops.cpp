@@ -1,0 +1,292 @@
+// The pictures' operations on Windows: decoding and file reading through
+// the Windows Imaging Component, everything else as plain pixel loops.
+#include "imaging/picture_ops.h"
+
+#include <windows.h>
+#include <objbase.h>
+#include <wincodec.h>
+
+#include <algorithm>
+#include <cmath>
+#include <cstdlib>
+#include <cstring>
+
+namespace vx::imaging {
+
+namespace {
+
+template <typename T>
+struct ComPtr {
+    T* p = nullptr;
+    ComPtr() = default;
+    ComPtr(const ComPtr&) = delete;
+    ComPtr& operator=(const ComPtr&) = delete;
+    ~ComPtr()
+    {
+        if (p)
+            p->Release();
+    }
+    T** out() { return &p; }
+    T* operator->() const { return p; }
+};
+
+// COM on this thread, once; the imaging factory is made per call (it is
+// cheap, and the thread that asks may be any).
+bool comReady()
+{
+    thread_local const bool ready = [] {
+        const HRESULT hr = CoInitializeEx(nullptr, COINIT_MULTITHREADED);
+        return SUCCEEDED(hr) || hr == RPC_E_CHANGED_MODE;
+    }();
+    return ready;
+}
+
+// The first frame of a decoder converted to `format` with `channels`.
+Picture firstFrame(IWICImagingFactory* factory, IWICBitmapDecoder* decoder, REFWICPixelFormatGUID format,
+                   int channels)
+{
+    ComPtr<IWICBitmapFrameDecode> frame;
+    if (FAILED(decoder->GetFrame(0, frame.out())))
+        return Picture();
+    ComPtr<IWICFormatConverter> converter;
+    if (FAILED(factory->CreateFormatConverter(converter.out())) ||
+        FAILED(converter->Initialize(frame.p, format, WICBitmapDitherTypeNone, nullptr, 0.0,
+                                     WICBitmapPaletteTypeCustom)))
+        return Picture();
+    UINT width = 0, height = 0;
+    if (FAILED(converter->GetSize(&width, &height)) || width == 0 || height == 0 || width > 32768 ||
+        height > 32768)
+        return Picture();
+    Picture out = makePicture(static_cast<int>(width), static_cast<int>(height), channels);
+    if (FAILED(converter->CopyPixels(nullptr, static_cast<UINT>(out.stride),
+                                     static_cast<UINT>(out.stride * out.height), out.data)))
+        return Picture();
+    return out;
+}
+
+// The channels of the frame as stored: 1 for gray, 4 with alpha, else 3.
+int frameChannels(IWICImagingFactory* factory, IWICBitmapDecoder* decoder)
+{
+    ComPtr<IWICBitmapFrameDecode> frame;
+    WICPixelFormatGUID format{};
+    if (FAILED(decoder->GetFrame(0, frame.out())) || FAILED(frame->GetPixelFormat(&format)))
+        return 3;
+    if (IsEqualGUID(format, GUID_WICPixelFormat8bppGray) || IsEqualGUID(format, GUID_WICPixelFormat16bppGray) ||
+        IsEqualGUID(format, GUID_WICPixelFormatBlackWhite) || IsEqualGUID(format, GUID_WICPixelFormat2bppGray) ||
+        IsEqualGUID(format, GUID_WICPixelFormat4bppGray))
+        return 1;
+    ComPtr<IWICComponentInfo> info;
+    if (FAILED(factory->CreateComponentInfo(format, info.out())))
+        return 3;
+    ComPtr<IWICPixelFormatInfo2> pixelInfo;
+    if (FAILED(info->QueryInterface(IID_IWICPixelFormatInfo2, reinterpret_cast<void**>(pixelInfo.out()))))
+        return 3;
+    BOOL alpha = FALSE;
+    return SUCCEEDED(pixelInfo->SupportsTransparency(&alpha)) && alpha ? 4 : 3;
+}
+
+bool makeFactory(ComPtr<IWICImagingFactory>& factory)
+{
+    return comReady() && SUCCEEDED(CoCreateInstance(CLSID_WICImagingFactory, nullptr, CLSCTX_INPROC_SERVER,
+                                                    IID_IWICImagingFactory,
+                                                    reinterpret_cast<void**>(factory.out())));
+}
+
+std::uint8_t saturate(double v)
+{
+    const long r = std::lround(v);
+    return static_cast<std::uint8_t>(std::clamp(r, 0L, 255L));
+}
+
+bool sameShape(const Picture& a, const Picture& b)
+{
+    return a.width == b.width && a.height == b.height && a.channels == b.channels;
+}
+
+// Sets one pixel when it lies inside.
+void plot(Picture& p, int x, int y, const PictureColour& colour)
+{
+    if (x < 0 || y < 0 || x >= p.width || y >= p.height)
+        return;
+    std::uint8_t* px = p.at(x, y);
+    for (int c = 0; c < p.channels; ++c)
+        px[c] = saturate(colour[c]);
+}
+
+void fillRect(Picture& p, const PictureRect& rect, const PictureColour& colour)
+{
+    const PictureRect r = intersection(rect, p.bounds());
+    for (int y = r.y; y < r.y + r.height; ++y)
+        for (int x = r.x; x < r.x + r.width; ++x)
+            plot(p, x, y, colour);
+}
+
+} // namespace
+
+Picture decodePicture(std::span<const std::uint8_t> bytes)
+{
+    ComPtr<IWICImagingFactory> factory;
+    if (bytes.empty() || bytes.size() > 0x7fffffff || !makeFactory(factory))
+        return Picture();
+    // The stream reads the caller's bytes where they are.
+    ComPtr<IWICStream> stream;
+    if (FAILED(factory->CreateStream(stream.out())) ||
+        FAILED(stream->InitializeFromMemory(const_cast<BYTE*>(bytes.data()), static_cast<DWORD>(bytes.size()))))
+        return Picture();
+    ComPtr<IWICBitmapDecoder> decoder;
+    if (FAILED(factory->CreateDecoderFromStream(stream.p, nullptr, WICDecodeMetadataCacheOnDemand, decoder.out())))
+        return Picture();
+    return firstFrame(factory.p, decoder.p, GUID_WICPixelFormat24bppBGR, 3);
+}
+
+Picture readPictureFile(const std::filesystem::path& file)
+{
+    ComPtr<IWICImagingFactory> factory;
+    if (!makeFactory(factory))
+        return Picture();
+    ComPtr<IWICBitmapDecoder> decoder;
+    if (FAILED(factory->CreateDecoderFromFilename(file.c_str(), nullptr, GENERIC_READ,
+                                                  WICDecodeMetadataCacheOnDemand, decoder.out())))
+        return Picture();
+    switch (frameChannels(factory.p, decoder.p)) {
+    case 1:
+        return firstFrame(factory.p, decoder.p, GUID_WICPixelFormat8bppGray, 1);
+    case 4:
+        return firstFrame(factory.p, decoder.p, GUID_WICPixelFormat32bppBGRA, 4);
+    default:
+        return firstFrame(factory.p, decoder.p, GUID_WICPixelFormat24bppBGR, 3);
+    }
+}
+
+// Bilinear, with pixel centres lined up (half-pixel offset), edges clamped.
+Picture scaled(const Picture& source, int width, int height)
+{
+    if (source.empty() || width <= 0 || height <= 0)
+        return Picture();
+    Picture out = makePicture(width, height, source.channels);
+    const double sx = static_cast<double>(source.width) / width;
+    const double sy = static_cast<double>(source.height) / height;
+    for (int y = 0; y < height; ++y) {
+        const double fy = std::clamp((y + 0.5) * sy - 0.5, 0.0, source.height - 1.0);
+        const int y0 = static_cast<int>(fy), y1 = std::min(y0 + 1, source.height - 1);
+        const double wy = fy - y0;
+        for (int x = 0; x < width; ++x) {
+            const double fx = std::clamp((x + 0.5) * sx - 0.5, 0.0, source.width - 1.0);
+            const int x0 = static_cast<int>(fx), x1 = std::min(x0 + 1, source.width - 1);
+            const double wx = fx - x0;
+            const std::uint8_t* a = source.at(x0, y0);
+            const std::uint8_t* b = source.at(x1, y0);
+            const std::uint8_t* c = source.at(x0, y1);
+            const std::uint8_t* d = source.at(x1, y1);
+            std::uint8_t* o = out.at(x, y);
+            for (int k = 0; k < source.channels; ++k) {
+                const double top = a[k] + (b[k] - a[k]) * wx;
+                const double bottom = c[k] + (d[k] - c[k]) * wx;
+                o[k] = saturate(top + (bottom - top) * wy);
+            }
+        }
+    }
+    return out;
+}
+
+void convertInto(const Picture& source, Picture& target)
+{
+    if (source.empty() || target.empty() || source.width != target.width || source.height != target.height)
+        return;
+    for (int y = 0; y < source.height; ++y)
+        for (int x = 0; x < source.width; ++x) {
+            const std::uint8_t* s = source.at(x, y);
+            std::uint8_t* t = target.at(x, y);
+            std::uint8_t bgra[4] = {s[0], s[0], s[0], 255};
+            if (source.channels >= 3) {
+                bgra[1] = s[1];
+                bgra[2] = s[2];
+            }
+            if (source.channels == 4)
+                bgra[3] = s[3];
+            if (target.channels == 1)
+                t[0] = source.channels == 1 ? s[0] : saturate(0.114 * s[0] + 0.587 * s[1] + 0.299 * s[2]);
+            else
+                std::memcpy(t, bgra, static_cast<std::size_t>(std::min(target.channels, 4)));
+        }
+}
+
+void fill(Picture& picture, const PictureColour& colour)
+{
+    if (!picture.empty())
+        fillRect(picture, picture.bounds(), colour);
+}
+
+void drawRectangle(Picture& picture, const PictureRect& rect, const PictureColour& colour, int thickness)
+{
+    if (picture.empty() || rect.width <= 0 || rect.height <= 0)
+        return;
+    thickness = std::max(thickness, 1);
+    const int x1 = rect.x + rect.width - 1, y1 = rect.y + rect.height - 1;
+    const int before = (thickness - 1) / 2, after = thickness / 2;
+    // A thickness of one is the outline itself; thicker ones grow both ways.
+    fillRect(picture, {rect.x - before, rect.y - before, rect.width + before + after, thickness}, colour);
+    fillRect(picture, {rect.x - before, y1 - before, rect.width + before + after, thickness}, colour);
+    fillRect(picture, {rect.x - before, rect.y - before, thickness, rect.height + before + after}, colour);
+    fillRect(picture, {x1 - before, rect.y - before, thickness, rect.height + before + after}, colour);
+}
+
+void drawLine(Picture& picture, int x0, int y0, int x1, int y1, const PictureColour& colour, int thickness)
+{
+    if (picture.empty())
+        return;
+    thickness = std::max(thickness, 1);
+    const int before = (thickness - 1) / 2;
+    const int dx = std::abs(x1 - x0), dy = -std::abs(y1 - y0);
+    const int stepX = x0 < x1 ? 1 : -1, stepY = y0 < y1 ? 1 : -1;
+    int error = dx + dy;
+    for (;;) {
+        fillRect(picture, {x0 - before, y0 - before, thickness, thickness}, colour);
+        if (x0 == x1 && y0 == y1)
+            break;
+        const int twice = 2 * error;
+        if (twice >= dy) {
+            error += dy;
+            x0 += stepX;
+        }
+        if (twice <= dx) {
+            error += dx;
+            y0 += stepY;
+        }
+    }
+}
+
+void multiply(Picture& picture, double factor)
+{
+    for (int y = 0; y < picture.height && !picture.empty(); ++y) {
+        std::uint8_t* row = picture.row(y);
+        for (int i = 0; i < picture.width * picture.channels; ++i)
+            row[i] = saturate(row[i] * factor);
+    }
+}
+
+void addInto(Picture& target, const Picture& source)
+{
+    if (target.empty() || !sameShape(target, source))
+        return;
+    for (int y = 0; y < target.height; ++y) {
+        std::uint8_t* t = target.row(y);
+        const std::uint8_t* s = source.row(y);
+        for (int i = 0; i < target.width * target.channels; ++i)
+            t[i] = static_cast<std::uint8_t>(std::min(255, t[i] + s[i]));
+    }
+}
+
+void blendInto(Picture& target, double targetWeight, const Picture& source, double sourceWeight)
+{
+    if (target.empty() || !sameShape(target, source))
+        return;
+    for (int y = 0; y < target.height; ++y) {
+        std::uint8_t* t = target.row(y);
+        const std::uint8_t* s = source.row(y);
+        for (int i = 0; i < target.width * target.channels; ++i)
+            t[i] = saturate(t[i] * targetWeight + s[i] * sourceWeight);
+    }
+}
+
+} // namespace vx::imaging
