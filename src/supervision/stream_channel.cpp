@@ -1,7 +1,9 @@
 #include "supervision/stream_channel.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <cstring>
+#include <initializer_list>
 #include <stdexcept>
 
 #include <opencv2/imgcodecs.hpp>
@@ -174,8 +176,15 @@ bool onCopyData(core::StreamTable& table, const platform::CopyDataMessage& messa
     unsigned long long streamWindow = 0;
     std::sscanf(pieces[1].c_str(), "%llx", &streamWindow);
 
+    // The stream sends a JPEG; PNG is taken too. Anything else is never handed
+    // to the decoders: some of the formats they also recognise (DICOM) fault
+    // on a damaged picture and would end the manager.
+    const auto startsWith = [&buffer](std::initializer_list<unsigned char> signature) {
+        return buffer.size() >= signature.size() && std::equal(signature.begin(), signature.end(), buffer.begin());
+    };
+    const bool knownFormat = startsWith({0xFF, 0xD8, 0xFF}) || startsWith({0x89, 'P', 'N', 'G', '\r', '\n', 0x1A, '\n'});
     cv::Mat picture;
-    if (!buffer.empty()) {
+    if (knownFormat) {
         try {
             picture = cv::imdecode(buffer, cv::IMREAD_COLOR);
         } catch (const cv::Exception&) {
