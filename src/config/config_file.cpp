@@ -1,6 +1,8 @@
 #include "config/config_file.h"
 
 #include <fstream>
+#include <limits>
+#include <vector>
 #include <iostream>
 #include <memory>
 
@@ -15,6 +17,27 @@ namespace {
 
 // The named lock of one file operation, or none for the files that have no
 // lock. Prints the agreed message when the lock can't be had.
+// Every field a config file holds is an int32, a uint32 or a float, and
+// converting a number outside their range is undefined. Such a number (a
+// fractional one beyond the int32 range) becomes a text in the document, so
+// that its key reads as a key of the wrong type, in its turn. Walked without
+// recursion: a file may nest deeper than the stack allows.
+void markOutOfRangeNumbers(nlohmann::json& document) {
+    constexpr double lowest = std::numeric_limits<std::int32_t>::min();
+    constexpr double highest = std::numeric_limits<std::int32_t>::max();
+    std::vector<nlohmann::json*> pending{&document};
+    while (!pending.empty()) {
+        nlohmann::json* value = pending.back();
+        pending.pop_back();
+        if (value->is_structured()) {
+            for (nlohmann::json& element : *value) pending.push_back(&element);
+        } else if (value->is_number_float()) {
+            const double number = value->get<double>();
+            if (!(number >= lowest && number <= highest)) *value = "out of range";
+        }
+    }
+}
+
 class FileLock {
 public:
     explicit FileLock(const std::string& mutexName) {
@@ -122,6 +145,7 @@ ReadOutcome readConfigFile(const ConfigReadRequest& request,
     if (!file.is_open()) return ReadOutcome::notOpened;
     try {
         nlohmann::json document = nlohmann::json::parse(file);
+        markOutOfRangeNumbers(document);
         take(document);
     } catch (const nlohmann::json::parse_error& e) {
         std::cerr << messagePrefix(request) << " parse error at byte " << e.byte << std::endl;

@@ -23,6 +23,16 @@ void takeValue(nlohmann::json& document, const char* key, T& field)
     field = document.value(key, field);
 }
 
+// A negative fraction has no unsigned value (converting it is undefined): the
+// key then reads as one of the wrong type.
+void takeValue(nlohmann::json& document, const char* key, std::uint32_t& field)
+{
+    const auto found = document.find(key);
+    if (found != document.end() && found->is_number_float() && found->get<double>() <= -1.0)
+        *found = "out of range";
+    field = document.value(key, field);
+}
+
 void takeMainConfig(nlohmann::json& document, MainConfig& c, const MainConfigFolders& folders)
 {
     takeText(document, "systemLogPath", c.systemLogPath);

@@ -205,7 +205,9 @@ void VideoArchive::enforceQuota()
             streams_.try_emplace(name);
     });
     const std::vector<std::string> days = dayFolders(hooks_.now());
-    for (auto& [streamName, stream] : streams_) {
+    for (auto& streamEntry : streams_) {
+        const std::string& streamName = streamEntry.first;
+        auto& stream = streamEntry.second;   // a named reference: the lambda below takes it
         // The full scan indexes any folder; a pass reads "stream*" only, and
         // never through a link.
         if (streamName.rfind("stream", 0) != 0 || !isFolder(root_ / streamName))

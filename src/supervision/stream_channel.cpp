@@ -1,7 +1,9 @@
 #include "supervision/stream_channel.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <cstring>
+#include <initializer_list>
 #include <stdexcept>
 
 #include "imaging/picture_ops.h"
@@ -173,8 +175,15 @@ bool onCopyData(core::StreamTable& table, const platform::CopyDataMessage& messa
     unsigned long long streamWindow = 0;
     std::sscanf(pieces[1].c_str(), "%llx", &streamWindow);
 
-    // A picture that doesn't decode is an empty one.
-    const imaging::Picture picture = imaging::decodePicture(buffer);
+    // The stream sends a JPEG; PNG is taken too. Anything else is never handed
+    // to the decoders: some of the formats they also recognise (DICOM) fault
+    // on a damaged picture and would end the manager. A picture that doesn't
+    // decode is an empty one.
+    const auto startsWith = [&buffer](std::initializer_list<unsigned char> signature) {
+        return buffer.size() >= signature.size() && std::equal(signature.begin(), signature.end(), buffer.begin());
+    };
+    const bool knownFormat = startsWith({0xFF, 0xD8, 0xFF}) || startsWith({0x89, 'P', 'N', 'G', '\r', '\n', 0x1A, '\n'});
+    const imaging::Picture picture = knownFormat ? imaging::decodePicture(buffer) : imaging::Picture{};
     VX_LOG(logDebug, std::string("CopyMes: getimage empty = ") + (picture.empty() ? "true" : "false"));
     if (picture.empty())
         return true;

@@ -1,12 +1,7 @@
-#include "white_list_fuzz_input.h"
-
-#include <cstdio>
-#include <cstdlib>
+// The white list readers: the same bytes read as a CSV list, as an extended
+// list and as the registry of lists. A list read back after a save that has
+// lost or changed a row ends the run.
 #include <filesystem>
-#include <fstream>
-#include <iostream>
-#include <random>
-#include <streambuf>
 #include <string>
 
 #include "config/comma_split.h"
@@ -14,51 +9,13 @@
 #include "config/white_list_day_rule.h"
 #include "config/white_list_file.h"
 #include "config/white_list_registry.h"
+#include "fuzz_registry.h"
+#include "fuzz_support.h"
 
-namespace vx::config::fuzz {
+namespace vx::fuzz {
 namespace {
 
-// A stream buffer that takes everything and keeps nothing.
-class NullBuffer : public std::streambuf {
-protected:
-    int overflow(int c) override { return c; }
-    std::streamsize xsputn(const char*, std::streamsize n) override { return n; }
-};
-
-class SilencedStderr {
-public:
-    SilencedStderr() : previous_(std::cerr.rdbuf(&buffer_)) {}
-    ~SilencedStderr() { std::cerr.rdbuf(previous_); }
-    SilencedStderr(const SilencedStderr&) = delete;
-    SilencedStderr& operator=(const SilencedStderr&) = delete;
-
-private:
-    NullBuffer buffer_;
-    std::streambuf* previous_;
-};
-
-// The folder of this process's inputs, removed at exit.
-const std::filesystem::path& fuzzFolder() {
-    static const std::filesystem::path folder = [] {
-        std::random_device random;
-        const auto path = std::filesystem::temp_directory_path() /
-                          ("vexlane-wl-fuzz-" + std::to_string(random()));
-        std::atexit([] { std::error_code ignored; std::filesystem::remove_all(fuzzFolder(), ignored); });
-        return path;
-    }();
-    return folder;
-}
-
-void put(const std::filesystem::path& path, const std::string& bytes) {
-    std::ofstream out(path, std::ios::binary | std::ios::trunc);
-    out << bytes;
-}
-
-void check(bool condition, const char* what) {
-    if (condition) return;
-    std::fprintf(stderr, "white list fuzz input: %s\n", what);
-    std::abort();
-}
+using namespace vx::config;
 
 std::string rowsText(const WhiteList& list) {
     std::string text;
@@ -74,8 +31,8 @@ bool plainFileName(const std::string& file) {
 }
 
 void readAsLists(const std::string& dir, const std::string& input) {
-    put(dir + "/a.list.csv", input);
-    put(dir + "/b.list.json", input);
+    putFile(dir + "/a.list.csv", input);
+    putFile(dir + "/b.list.json", input);
     WhiteListTable table;
     table.lists.resize(3);
     table.lists[0].file = "empty.list.csv";
@@ -106,7 +63,7 @@ void readAsLists(const std::string& dir, const std::string& input) {
 }
 
 void readAsRegistry(const std::string& dir, const std::string& input) {
-    put(dir + "/vx_stream_config_whitelists.json", input);
+    putFile(dir + "/vx_stream_config_whitelists.json", input);
     WhiteListTable table;
     loadWhiteListsList(table, dir);
     // The load of all lists opens the files the registry names; keep it to
@@ -118,25 +75,12 @@ void readAsRegistry(const std::string& dir, const std::string& input) {
     resolveExtendedWhiteLists(table);
 }
 
-// The copies the readers and writers keep beside a file they replace: one
-// input's copies go before the next, so the folder doesn't grow with the run.
-void removeKeptCopies(const std::filesystem::path& folder) {
-    std::error_code ignored;
-    for (const auto& entry : std::filesystem::directory_iterator(folder, ignored)) {
-        const std::string extension = entry.path().extension().string();
-        if (extension == ".bak" || extension == ".broken") std::filesystem::remove(entry.path(), ignored);
-    }
-}
-
-} // namespace
-
-void readWhiteListFuzzInput(const std::uint8_t* data, std::size_t size) {
-    const std::string input(reinterpret_cast<const char*>(data), size);
+void readWhiteListInput(const std::uint8_t* data, std::size_t size)
+{
+    const std::string input = inputText(data, size);
     SilencedStderr silenced;
     // Every file of the folder is written afresh by each input before it is
     // read, so the folder is made once and not emptied.
-    std::error_code ignored;
-    std::filesystem::create_directories(fuzzFolder(), ignored);
     const std::string dir = fuzzFolder().string();
 
     readAsLists(dir, input);
@@ -146,8 +90,16 @@ void readWhiteListFuzzInput(const std::uint8_t* data, std::size_t size) {
     check(normalisePlate(input).size() == input.size(), "normalisePlate changed the length");
     const DayRule rule = parseDayRule(input);
     check(rule.kind >= 0 && rule.kind <= 2, "a day rule of no kind");
-    if (rule.kind == 1) check(parseDayRule(dayListText(rule.days)).days == rule.days, "day list");
+    if (rule.kind == 1)
+        check(parseDayRule(dayListText(rule.days)).days == rule.days, "day list");
     splitAtCommas(input);
 }
 
-} // namespace vx::config::fuzz
+const FuzzRegistration registered{
+    "white_list", readWhiteListInput,
+    {"ID", "num", "car", "add", "time1", "time2", "ID,num,car,add\n", "ID,num,car,add,time1,time2\n",
+     "\"lists\"", "\"whitelists\"", "\"file\"", "\"name\"", "\"permitted_access_days\"",
+     "\"permitted_access_time1\"", "\"all_days\"", "2024-02-30", "23:59:59", "1, 3,5"}};
+
+} // namespace
+} // namespace vx::fuzz
