@@ -55,7 +55,7 @@ void readStreamAnswerInput(const std::uint8_t* data, std::size_t size)
 
     AnswerChannel& channel = answerChannel();
     channel.table.withDrawLock([](std::vector<core::CameraRuntime>& records) {
-        records.at(0).image.release();
+        records.at(0).image = {};
         records.at(0).hasImage = false;
     });
     // The input, then zeros over what the last input left.
