@@ -2,6 +2,7 @@
 
 #include <thread>
 
+#include "config/config_file.h"
 #include "config/text_codec.h"
 #include "maintenance/system_log.h"
 #include "platform/autorun.h"
@@ -16,16 +17,11 @@ std::string cp1251(const char* utf8)
     return config::utf8ToCp1251(utf8);
 }
 
-std::filesystem::path pathOf(const std::string& cp1251Text)
-{
-    return std::filesystem::path(config::cp1251ToUtf8(cp1251Text));
-}
-
 // A log folder may be written relative ("logs"): it lies below the program's
 // folder, and the desktop's opener wants it as a full path.
 std::filesystem::path folderOf(const std::string& cp1251Text, const std::filesystem::path& baseDirectory)
 {
-    const std::filesystem::path folder = pathOf(cp1251Text);
+    const std::filesystem::path folder = config::toNativePath(cp1251Text);
     return folder.is_relative() ? (baseDirectory / folder).lexically_normal() : folder;
 }
 
@@ -95,8 +91,10 @@ void runMenuCommand(AppState& state, int id, const MainCommandHooks& hooks)
 
 std::filesystem::path autorunProgramPath(const std::filesystem::path& baseDirectory)
 {
-    return std::filesystem::path(baseDirectory.native() + platform::pathSeparator +
-                                 platform::executablePath().filename().native());
+    auto joined = baseDirectory.native();
+    joined += static_cast<std::filesystem::path::value_type>(platform::pathSeparator);
+    joined += platform::executablePath().filename().native();
+    return std::filesystem::path(joined);
 }
 
 bool toggleTrayAutorun(AppState& state, const ProcessActions& actions, const MainCommandHooks& hooks)

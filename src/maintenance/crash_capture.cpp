@@ -1,5 +1,6 @@
 #include "maintenance/crash_capture.h"
 
+#include <cstdint>
 #include <cstring>
 #include <exception>
 #include <typeinfo>
@@ -37,7 +38,15 @@ void writeJoined(const char* prefix, const char* text)
 
 void signalEntry(int number, const platform::CrashReason& reason)
 {
+    if (reason.exception)
+        onUnhandledException(reason);
     onSignal(number, reason);
+}
+
+std::string utf8Of(const std::filesystem::path& path)
+{
+    const std::u8string text = path.u8string();
+    return std::string(text.begin(), text.end());
 }
 
 } // namespace
@@ -45,10 +54,11 @@ void signalEntry(int number, const platform::CrashReason& reason)
 void installCrashCapture(const std::filesystem::path& baseDirectory, const std::string& pathText)
 {
     const std::filesystem::path path = baseDirectory / "dumps" / "VexlaneDump.dmp";
-    copyText(dumpPath, sizeof dumpPath, path.string());
+    // The dump is made from the path's UTF-8 form on every platform.
+    copyText(dumpPath, sizeof dumpPath, utf8Of(path));
     const std::string separator(1, platform::pathSeparator);
     const std::string text =
-        pathText.empty() ? path.string() : pathText + separator + "dumps" + separator + "VexlaneDump.dmp";
+        pathText.empty() ? utf8Of(path) : pathText + separator + "dumps" + separator + "VexlaneDump.dmp";
     copyText(dumpPathText, sizeof dumpPathText, text);
     platform::installFatalSignalHandlers(signalEntry);
     std::set_terminate(onTerminate);
@@ -61,12 +71,19 @@ void sendCrashTextsTo(const std::filesystem::path& logFile)
 
 std::filesystem::path crashDumpPath()
 {
-    return std::filesystem::path(dumpPath);
+    return std::filesystem::path(std::u8string(dumpPath, dumpPath + std::strlen(dumpPath)));
 }
 
 void writeCrashDump(const char* path, const platform::CrashReason& reason)
 {
-    platform::writeCrashText("Creating dump without exception context (terminate handler)");
+    if (reason.exception) {
+        // The code as the system gives it: an unsigned 32-bit number.
+        char digits[24];
+        writeJoined("Creating dump after exception. Code: ",
+                    platform::formatDecimal(static_cast<long long>(static_cast<std::uint32_t>(reason.code)), digits));
+    } else {
+        platform::writeCrashText("Creating dump without exception context (terminate handler)");
+    }
     const int dump = platform::createCrashDump(path);
     if (dump < 0) {
         // The text names the path in the log's code page; the file itself is
@@ -94,6 +111,13 @@ void onTerminate()
         }
         reason.detail = terminateDetail;
     }
+    writeCrashDump(dumpPath, reason);
+    platform::endProcessNow(1);
+}
+
+void onUnhandledException(const platform::CrashReason& reason)
+{
+    platform::claimCrash(1);
     writeCrashDump(dumpPath, reason);
     platform::endProcessNow(1);
 }

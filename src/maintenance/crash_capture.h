@@ -8,6 +8,7 @@
 // crash; the "dumps" folder is not made here. The texts go to standard error,
 // which leads into the system log once that is open (sendCrashTextsTo):
 //   "Signal <n> received!"                     a fatal signal (the platform's number)
+//   "Creating dump after exception. Code: <c>"  an unhandled exception (Windows)
 //   "Terminate handler called! nullptr dump"   std::terminate
 //   "Creating dump without exception context (terminate handler)"
 //   "Creating dump-file error: <path>"          the dump file can't be made
@@ -31,12 +32,14 @@ void sendCrashTextsTo(const std::filesystem::path& logFile);
 // The dump path set by installCrashCapture (empty before).
 std::filesystem::path crashDumpPath();
 
-// Writes the dump for `reason` to `path`. This platform has no exception
-// context: a fault arrives as a signal, and every dump is one "without
-// exception context". Signal-safe.
+// Writes the dump for `reason` to `path`: with the exception's context when
+// it came through the unhandled exception filter (Windows), else "without
+// exception context" (a signal, or the terminate handler). Signal-safe.
 void writeCrashDump(const char* path, const platform::CrashReason& reason);
 // The handler of std::terminate. Never returns.
 [[noreturn]] void onTerminate();
+// The unhandled exception filter's handler (Windows). Never returns.
+[[noreturn]] void onUnhandledException(const platform::CrashReason& reason);
 // The handler of the fatal signals. Never returns.
 [[noreturn]] void onSignal(int number, const platform::CrashReason& reason);
 

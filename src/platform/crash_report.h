@@ -23,7 +23,8 @@ namespace vx::platform {
 
 struct CrashReason {
     int signal = 0;              // 0: not a signal (the terminate handler)
-    int code = 0;                // the signal's si_code
+    int code = 0;                // the signal's si_code, or the exception's code
+    bool exception = false;      // came through the unhandled exception filter (Windows)
     bool hasAddress = false;         // a fault of the hardware: `address` is set
     const void* address = nullptr;   // the faulting address, null included
     const char* detail = nullptr;    // e.g. what an uncaught exception said; may be null

@@ -1,8 +1,5 @@
 #include "service_stand_in.h"
 
-#include <sys/socket.h>
-#include <unistd.h>
-
 #include <chrono>
 #include <cstdlib>
 #include <filesystem>
@@ -16,7 +13,10 @@
 #include "config/control_config.h"
 #include "config/messenger_config.h"
 #include "config/recognition_config.h"
+#include "config/text_codec.h"
 #include "platform/paths.h"
+#include "platform/process_info.h"
+#include "platform/program_arguments.h"
 
 namespace vx::standin {
 
@@ -35,7 +35,7 @@ public:
     explicit RequestLog(const std::string& path)
     {
         std::error_code ec;
-        const std::filesystem::path file(path);
+        const std::filesystem::path file(std::u8string(path.begin(), path.end()));
         if (file.has_parent_path())
             std::filesystem::create_directories(file.parent_path(), ec);
         out_.open(file, std::ios::app | std::ios::binary);
@@ -75,13 +75,14 @@ std::string upper(std::string text)
     return text;
 }
 
-Profile profileFor(ServiceKind kind, int argc, char* argv[])
+Profile profileFor(ServiceKind kind, const std::vector<std::string>& args)
 {
+    const auto argc = args.size();
     Profile p;
     const std::string sep(1, platform::pathSeparator);
     switch (kind) {
     case ServiceKind::recognition:
-        p = {"vxInference", argc > 1 ? argv[1] : "", argc > 2 ? argv[2] : "vxInferenceLog.txt",
+        p = {"vxInference", argc > 1 ? args[1] : "", argc > 2 ? args[2] : "vxInferenceLog.txt",
              config::recognitionConfigMutexName, 1234};
         break;
     case ServiceKind::control:
@@ -89,7 +90,7 @@ Profile profileFor(ServiceKind kind, int argc, char* argv[])
              config::controlConfigMutexName, 1235};
         break;
     case ServiceKind::messengers:
-        p = {"vxMes", argc > 1 ? argv[1] : "", argc > 2 ? argv[2] : "vxMes.txt", config::messengersConfigMutexName,
+        p = {"vxMes", argc > 1 ? args[1] : "", argc > 2 ? args[2] : "vxMes.txt", config::messengersConfigMutexName,
              1236};
         break;
     }
@@ -105,7 +106,7 @@ int readPort(const Profile& profile)
         return port;
     config::ConfigReadRequest request;
     request.mutexName = profile.mutexName;
-    request.path = profile.configPath;
+    request.path = config::utf8ToCp1251(profile.configPath);   // the readers take the in-memory code page
     request.readerName = profile.name;
     config::readConfigFile(request, [&port](nlohmann::json& j) { port = j.value("port", port); });
     return port;
@@ -138,13 +139,14 @@ ServiceKind serviceKind(const std::string& name)
 
 int runService(ServiceKind kind, int argc, char* argv[])
 {
-    const Profile profile = profileFor(kind, argc, argv);
+    const std::vector<std::string> args = platform::programArguments(argc, argv);
+    const Profile profile = profileFor(kind, args);
     const std::string prefix = upper(profile.name) + "_";
     RequestLog log(profile.logPath);
     const int port = readPort(profile);
-    log.line("start pid=" + std::to_string(::getpid()) + " port=" + std::to_string(port));
-    for (int i = 1; i < argc; ++i)
-        log.line("arg " + std::to_string(i) + " " + argv[i]);
+    log.line("start pid=" + std::to_string(platform::currentProcessId()) + " port=" + std::to_string(port));
+    for (std::size_t i = 1; i < args.size(); ++i)
+        log.line("arg " + std::to_string(i) + " " + args[i]);
 
     const int exitAfterMs = environmentNumber(prefix, "EXIT_AFTER_MS", -1);
     if (exitAfterMs >= 0) {

@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "config/text_codec.h"
-#include "config_text.h"
+#include "support/text_file.h"
 #include "support/captured_stderr.h"
 #include "support/temp_dir.h"
 

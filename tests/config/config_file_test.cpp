@@ -7,7 +7,7 @@
 
 #include <gtest/gtest.h>
 
-#include "config_text.h"
+#include "support/text_file.h"
 #include "platform/paths.h"
 #include "platform/text_mode.h"
 #include "support/captured_stderr.h"

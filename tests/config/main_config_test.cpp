@@ -4,7 +4,7 @@
 
 #include "config/config_file.h"
 #include "config/json_text.h"
-#include "config_text.h"
+#include "support/text_file.h"
 #include "support/captured_stderr.h"
 #include "support/temp_dir.h"
 

@@ -4,7 +4,7 @@
 
 #include "config/text_codec.h"
 #include "config/token_cipher.h"
-#include "config_text.h"
+#include "support/text_file.h"
 #include "support/captured_stderr.h"
 #include "support/temp_dir.h"
 

@@ -7,13 +7,13 @@
 #include <sstream>
 #include <string>
 
-#include "config_text.h"
+#include "support/text_file.h"
 #include "support/captured_stderr.h"
 #include "support/temp_dir.h"
 
 namespace vx::config::test {
 
-// The text of a written file (line ends as "\n", see config_text.h).
+// The text of a written file (line ends as "\n", see support/text_file.h).
 inline std::string readBytes(const std::filesystem::path& path) { return vx::test::readText(path); }
 inline void writeBytes(const std::filesystem::path& path, const std::string& bytes) { vx::test::writeFileBytes(path, bytes); }
 using vx::test::CapturedStderr;

@@ -7,8 +7,10 @@
 #include "core/startup.h"
 #include "maintenance/system_log.h"
 #include "platform/command_line.h"
+#include "platform/paths.h"
 #include "support/captured_stderr.h"
 #include "support/temp_dir.h"
+#include "support/text_file.h"
 
 using namespace vx;
 using namespace vx::core;
@@ -33,8 +35,8 @@ struct Recorded {
         MainCommandHooks h;
         h.openSettings = [this] { calls.push_back("settings"); };
         h.destroyWindow = [this] { calls.push_back("destroy"); };
-        h.openFolder = [this](const std::filesystem::path& p) { calls.push_back("folder " + p.string()); };
-        h.openFile = [this](const std::filesystem::path& p) { calls.push_back("file " + p.string()); };
+        h.openFolder = [this](const std::filesystem::path& p) { calls.push_back("folder " + test::utf8Path(p)); };
+        h.openFile = [this](const std::filesystem::path& p) { calls.push_back("file " + test::utf8Path(p)); };
         h.showMessage = [this](const std::string& title, const std::string& text) {
             calls.push_back("message " + config::cp1251ToUtf8(title) + ": " + config::cp1251ToUtf8(text));
         };
@@ -59,8 +61,10 @@ TEST(MainCommands, MenuDispatcherTakesOnly10002To10007)
     AppState state;
     state.baseDirectory = dir.path() / "bin";
     state.versionText = "1.0.0.1";
-    state.liveMainConfig.systemLogPath = cp1251("/журналы/система");
-    state.liveMainConfig.recogLogPath = "/logs/recog";
+    const std::string systemLogs = test::utf8Path(dir.path() / u8"журналы" / u8"система");
+    const std::string recogLogs = test::utf8Path(dir.path() / "logs" / "recog");
+    state.liveMainConfig.systemLogPath = cp1251(systemLogs.c_str());
+    state.liveMainConfig.recogLogPath = recogLogs;
     Recorded r;
     for (int id : {10001, 10008, 11003, 11004, 1042, 10000})
         runMenuCommand(state, id, r.hooks());
@@ -68,7 +72,7 @@ TEST(MainCommands, MenuDispatcherTakesOnly10002To10007)
 
     for (int id : {10004, 10005, 10002, 10003})
         runMenuCommand(state, id, r.hooks());
-    EXPECT_EQ(r.calls, (std::vector<std::string>{"folder /журналы/система", "folder /logs/recog", "settings", "destroy"}));
+    EXPECT_EQ(r.calls, (std::vector<std::string>{"folder " + systemLogs, "folder " + recogLogs, "settings", "destroy"}));
 
     // Relative log folders (the demo's "logs") open below the program's folder.
     r.calls.clear();
@@ -76,10 +80,8 @@ TEST(MainCommands, MenuDispatcherTakesOnly10002To10007)
     state.liveMainConfig.recogLogPath = "./recog";
     runMenuCommand(state, 10004, r.hooks());
     runMenuCommand(state, 10005, r.hooks());
-    EXPECT_EQ(r.calls, (std::vector<std::string>{"folder " + (dir.path() / "bin" / "logs").string(),
-                                                  "folder " + (dir.path() / "bin" / "recog").string()}));
-    state.liveMainConfig.systemLogPath = cp1251("/журналы/система");
-    state.liveMainConfig.recogLogPath = "/logs/recog";
+    EXPECT_EQ(r.calls, (std::vector<std::string>{"folder " + test::utf8Path(dir.path() / "bin" / "logs"),
+                                                  "folder " + test::utf8Path(dir.path() / "bin" / "recog")}));
 
     // Help: ../doc/Vexlane.pdf beside the program's folder, as a full path.
     r.calls.clear();
@@ -88,7 +90,7 @@ TEST(MainCommands, MenuDispatcherTakesOnly10002To10007)
     std::ofstream(dir.path() / "doc" / "Vexlane.pdf") << "%PDF";
     runMenuCommand(state, 10006, r.hooks());
     EXPECT_EQ(r.calls, (std::vector<std::string>{"message Сообщение: Файл справки не найден",
-                                                  "file " + (dir.path() / "doc" / "Vexlane.pdf").string()}));
+                                                  "file " + test::utf8Path(dir.path() / "doc" / "Vexlane.pdf")}));
 
     // About shows the version; the window goes when the end was asked for
     // while it was open.
@@ -102,7 +104,8 @@ TEST(MainCommands, MenuDispatcherTakesOnly10002To10007)
 
 TEST(MainCommands, JournalCommandLineAndStart)
 {
-    EXPECT_EQ(journalCommandLine("/opt/vx/logs", "/opt/vx/configs"), "vxJournal \"/opt/vx/logs\" \"/opt/vx/configs\" hide");
+    const std::string journal = std::string("vxJournal") + platform::executableSuffix;
+    EXPECT_EQ(journalCommandLine("/opt/vx/logs", "/opt/vx/configs"), journal + " \"/opt/vx/logs\" \"/opt/vx/configs\" hide");
 
     TempDir dir;
     maintenance::setSystemLog(std::make_unique<maintenance::LogBuffer>(dir.path() / "log.txt",
@@ -120,9 +123,9 @@ TEST(MainCommands, JournalCommandLineAndStart)
     ASSERT_EQ(r.starts.size(), 2u);
     EXPECT_EQ(r.calls, (std::vector<std::string>{"detached", "detached"}));
     const platform::ProcessStartInfo& info = r.starts[0];
-    EXPECT_EQ(info.commandLine, "vxJournal \"/opt/моя папка/logs\" \"/opt/моя папка/configs\" hide");
+    EXPECT_EQ(info.commandLine, journal + " \"/opt/моя папка/logs\" \"/opt/моя папка/configs\" hide");
     EXPECT_EQ(platform::splitCommandLine(info.commandLine),
-              (std::vector<std::string>{"vxJournal", "/opt/моя папка/logs", "/opt/моя папка/configs", "hide"}));
+              (std::vector<std::string>{journal, "/opt/моя папка/logs", "/opt/моя папка/configs", "hide"}));
     EXPECT_EQ(info.workingDirectory, "/opt/моя папка");
     EXPECT_EQ(info.searchFolder, "/opt/моя папка");
     EXPECT_EQ(state.status.get(), cp1251("Отправлена команда для запуска Журнала!"));
@@ -131,63 +134,3 @@ TEST(MainCommands, JournalCommandLineAndStart)
     EXPECT_NE(log.find("JournalStart"), log.rfind("JournalStart"));   // one line per press
 }
 
-class TrayAutorun : public ::testing::Test {
-protected:
-    TempDir dir;
-    ScopedEnv home{"HOME", (dir.path() / "home").string()};
-    ScopedEnv xdg{"XDG_CONFIG_HOME", ""};
-    AppState state;
-    ProcessActions actions;
-    Recorded r;
-    MainCommandHooks hooks;
-
-    TrayAutorun()
-    {
-        std::filesystem::create_directories(dir.path() / "home");
-        std::filesystem::create_directories(dir.path() / "bin" / "configs");
-        state.baseDirectory = dir.path() / "bin";
-        state.ConfigDirectory = (dir.path() / "bin" / "configs").string();
-        actions.saveMainConfig = [this] { return saveMainConfig(state); };
-        hooks = r.hooks();
-        hooks.setAutorun = systemCommandHooks().setAutorun;
-        // The main config exists before, as on any installation that ran once.
-        saveMainConfig(state);
-    }
-    std::string savedFlag() const
-    {
-        const std::string text = readFileBytes(dir.path() / "bin" / "configs" / "vx_main_config.json");
-        const auto at = text.find("\"autoRunManager\":");
-        return at == std::string::npos ? "" : text.substr(at, text.find(',', at) - at);
-    }
-    std::filesystem::path entry() const { return dir.path() / "home/.config/autostart/Vexlane.desktop"; }
-};
-
-TEST_F(TrayAutorun, TogglesTheEntryAndTheSavedFlag)
-{
-    ASSERT_TRUE(toggleTrayAutorun(state, actions, hooks));
-    EXPECT_TRUE(state.liveMainConfig.autoRunManager);
-    EXPECT_TRUE(state.storedMainConfig.autoRunManager);
-    EXPECT_EQ(savedFlag(), "\"autoRunManager\":true");
-    // The entry runs the program from baseDirectory under its own file name.
-    EXPECT_NE(readFileBytes(entry()).find("\nExec=" + (dir.path() / "bin" / "core_tests").string() + "\n"),
-              std::string::npos)
-        << readFileBytes(entry());
-
-    ASSERT_TRUE(toggleTrayAutorun(state, actions, hooks));
-    EXPECT_FALSE(state.liveMainConfig.autoRunManager);
-    EXPECT_EQ(savedFlag(), "\"autoRunManager\":false");
-    EXPECT_FALSE(std::filesystem::exists(entry()));
-    EXPECT_TRUE(r.calls.empty());
-}
-
-TEST_F(TrayAutorun, AFailingAutostartFolderLeavesTheFileWithTheNewValueAndMemoryWithTheOld)
-{
-    std::ofstream(dir.path() / "home" / ".config") << "not a folder";
-    CapturedStderr err;
-    EXPECT_FALSE(toggleTrayAutorun(state, actions, hooks));
-    EXPECT_FALSE(state.liveMainConfig.autoRunManager);
-    EXPECT_TRUE(state.storedMainConfig.autoRunManager);
-    EXPECT_EQ(savedFlag(), "\"autoRunManager\":true");
-    EXPECT_EQ(r.calls, (std::vector<std::string>{"message Сообщение: Невозможно снять/установить автозапуск Менеджера!"}));
-    EXPECT_EQ(err.text(), "Failed to open registry key. Error: 20\n");
-}

@@ -9,6 +9,7 @@
 #include "maintenance/system_log.h"
 #include "support/captured_stderr.h"
 #include "support/temp_dir.h"
+#include "support/text_file.h"
 
 namespace vx::core {
 namespace {
@@ -115,7 +116,7 @@ TEST_F(Startup, AFirstStartWritesTheDefaultsAndOpensTheLog)
 TEST_F(Startup, TheSavedSettingsSwitchTheWatchTheTickAndTheThreshold)
 {
     writeFileBytes(base() / "configs" / "vx_main_config.json",
-                   "{\"systemLogPath\":\"" + (base() / "logs").string() +
+                   "{\"systemLogPath\":\"" + test::jsonPath(base() / "logs") +
                        "\",\"systemLevel\":0,\"globalRestart\":true,\"autoRunManager\":true,\"perfLog\":1,"
                        "\"videoStreams\":[],\"autoRunStreams\":[]}");
     ASSERT_TRUE(runSteps());
@@ -185,7 +186,7 @@ TEST_F(Startup, ACorruptControlConfigGoesOnWithoutAMessage)
 TEST_F(Startup, ALogFolderThatIsntThereLeavesTheManagerRunning)
 {
     writeFileBytes(base() / "configs" / "vx_main_config.json",
-                   "{\"systemLogPath\":\"" + (base() / "nowhere").string() +
+                   "{\"systemLogPath\":\"" + test::jsonPath(base() / "nowhere") +
                        "\",\"videoStreams\":[],\"autoRunStreams\":[]}");
     test::CapturedStderr err;
     ASSERT_TRUE(runSteps());
@@ -213,7 +214,7 @@ TEST_F(Startup, SaveMainConfigWritesTheLiveCopyWithTheTablesStreams)
     EXPECT_EQ(state_.storedMainConfig.autoRunStreams, (std::vector<bool>{true, false, true}));
     // The live copy keeps its own lists until the caller copies back.
     EXPECT_TRUE(state_.liveMainConfig.videoStreams.empty());
-    const std::string text = readFileBytes(base() / "configs" / "vx_main_config.json");
+    const std::string text = test::readText(base() / "configs" / "vx_main_config.json");
     EXPECT_NE(text.find("\t\"videoChunk\":42,\n"), std::string::npos);
     EXPECT_NE(text.find("\t\t\"vx_stream3.json\",\n\t\t\"vx_stream0.json\",\n\t\t\"vx_stream7.json\"\n"),
               std::string::npos);

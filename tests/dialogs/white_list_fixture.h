@@ -9,7 +9,7 @@
 #include "config/white_list_entries.h"
 #include "config/white_list_file.h"
 #include "config/white_list_registry.h"
-#include "config/config_text.h"
+#include "support/text_file.h"
 #include "dialogs/messages.h"
 #include "support/captured_stderr.h"
 #include "support/temp_dir.h"
@@ -76,7 +76,7 @@ public:
     }
 
     std::string dir() const { return folder_.path().string(); }
-    // The written text, line ends as "\n" (see config/config_text.h).
+    // The written text, line ends as "\n" (see support/text_file.h).
     std::string bytes(const std::string& name) const { return vx::test::readText(folder_.path() / name); }
 
 private:

@@ -16,6 +16,7 @@
 
 #include "maintenance/log_buffer.h"
 #include "maintenance/system_log.h"
+#include "platform/paths.h"
 #include "platform/process.h"
 #include "supervision/service_context.h"
 #include "support/captured_stderr.h"
@@ -115,11 +116,13 @@ struct TestServices {
     supervision::ServiceContext* operator->() { return context.get(); }
 };
 
-// A process of `folder` with the image name, ignoring case; 0 when none.
+// A process of `folder` with the image name (without the platform's suffix),
+// ignoring case; 0 when none.
 inline long findProcessIn(const std::filesystem::path& folder, const std::string& imageName)
 {
+    const std::string image = imageName + platform::executableSuffix;
     for (const auto& entry : platform::listProcesses())
-        if (platform::sameImageName(entry.imageName, imageName) && entry.executable.parent_path() == folder)
+        if (platform::sameImageName(entry.imageName, image) && entry.executable.parent_path() == folder)
             return entry.pid;
     return 0;
 }

@@ -1,6 +1,7 @@
 #pragma once
-// A real second process for a test: started with posix_spawn, its standard
-// input and output piped to the test, every wait bounded. A child still
+// A real second process for a test: started with posix_spawn or
+// CreateProcessW, its standard input and output piped to the test, every
+// wait bounded. A child still
 // running when the object goes is killed and reaped.
 #include <filesystem>
 #include <memory>
@@ -34,8 +35,9 @@ private:
     ChildProcess() = default;
 
     long pid_ = -1;
-    int input_ = -1;
-    int output_ = -1;
+    long process_ = -1;   // the process handle (Windows)
+    long input_ = -1;
+    long output_ = -1;
     bool reaped_ = false;
     std::optional<int> exitStatus_;
     std::string pending_;

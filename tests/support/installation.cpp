@@ -1,6 +1,8 @@
 #include "support/installation.h"
 #include "support/time_scale.h"
 
+#include "platform/paths.h"
+
 #include <chrono>
 #include <thread>
 
@@ -24,7 +26,7 @@ Installation::Installation(const std::string& folderName, const std::filesystem:
 
 std::unique_ptr<ChildProcess> Installation::startManager() const
 {
-    return ChildProcess::start(folder_ / "vexlane", {});
+    return ChildProcess::start(folder_ / (std::string("vexlane") + platform::executableSuffix), {});
 }
 
 bool waitFor(const std::function<bool()>& condition, int timeoutMs)

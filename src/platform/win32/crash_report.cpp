@@ -44,6 +44,7 @@ LONG WINAPI onUnhandledException(EXCEPTION_POINTERS* pointers)
     CrashReason reason;
     if (pointers && pointers->ExceptionRecord) {
         const EXCEPTION_RECORD& record = *pointers->ExceptionRecord;
+        reason.exception = true;
         reason.signal = signalOf(record.ExceptionCode);
         reason.code = static_cast<int>(record.ExceptionCode);
         if (record.ExceptionCode == EXCEPTION_ACCESS_VIOLATION && record.NumberParameters >= 2) {

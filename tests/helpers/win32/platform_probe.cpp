@@ -7,6 +7,7 @@
 //   platform_probe wait [args...]        says "ready" and waits
 //   platform_probe exit <code>           leaves with the code
 //   platform_probe crash                 crash capture below its own folder, then a null write
+//   platform_probe raise                 crash capture, then an exception no signal stands for
 // Every waiting mode waits until it is ended from outside.
 #include "maintenance/crash_capture.h"
 #include "platform/named_lock.h"
@@ -76,12 +77,14 @@ int main(int argc, char** argv)
     }
     if (mode == "exit" && argc == 3)
         return std::atoi(argv[2]);
-    if (mode == "crash") {
+    if (mode == "crash" || mode == "raise") {
         ::SetErrorMode(3);
         vx::maintenance::installCrashCapture(folderOf(executablePath()));
-        writeThroughNull();
+        if (mode == "crash")
+            writeThroughNull();
+        ::RaiseException(0xE0000001, EXCEPTION_NONCONTINUABLE, 0, nullptr);
         return 0;
     }
-    std::cerr << "usage: platform_probe lock|window|block|wait|exit|crash ...\n";
+    std::cerr << "usage: platform_probe lock|window|block|wait|exit|crash|raise ...\n";
     return 2;
 }

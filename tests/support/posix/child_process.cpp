@@ -90,7 +90,7 @@ std::optional<std::string> ChildProcess::readLine(int timeoutMs)
             pending_.erase(0, end + 1);
             return line;
         }
-        pollfd entry{output_, POLLIN, 0};
+        pollfd entry{static_cast<int>(output_), POLLIN, 0};
         const int ready = ::poll(&entry, 1, millisecondsLeft(deadline));
         if (ready < 0 && errno == EINTR)
             continue;

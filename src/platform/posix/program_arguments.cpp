@@ -1,0 +1,10 @@
+#include "platform/program_arguments.h"
+
+namespace vx::platform {
+
+std::vector<std::string> programArguments(int argc, char** argv)
+{
+    return std::vector<std::string>(argv, argv + argc);
+}
+
+} // namespace vx::platform
