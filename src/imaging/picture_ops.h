@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <span>
+#include <vector>
 
 #include "imaging/picture.h"
 
@@ -13,6 +14,10 @@ namespace vx::imaging {
 // A JPEG or PNG (or anything else the platform reads) as three channels;
 // empty when the bytes are no picture.
 Picture decodePicture(std::span<const std::uint8_t> bytes);
+
+// The picture as a JPEG file's bytes at `quality` (1..100); pictures of
+// one or four channels are taken as three. Empty when it can't be encoded.
+std::vector<std::uint8_t> encodeJpeg(const Picture& picture, int quality);
 
 // A picture file with its channels as they are (a PNG's alpha kept), in
 // eight bits; empty when it can't be read.

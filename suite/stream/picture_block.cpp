@@ -4,8 +4,7 @@
 #include <cstring>
 #include <vector>
 
-#include <opencv2/imgcodecs.hpp>
-#include <opencv2/imgproc.hpp>
+#include "imaging/picture_ops.h"
 
 namespace vx::stream {
 
@@ -14,16 +13,17 @@ PictureBlock::PictureBlock(std::uint32_t streamId)
 {
 }
 
-bool PictureBlock::write(const cv::Mat& frame, int width, int height, platform::WindowHandle ownWindow)
+bool PictureBlock::write(const imaging::Picture& frame, int width, int height, platform::WindowHandle ownWindow)
 {
     if (!block_ || frame.empty())
         return false;
-    cv::Mat scaled = frame;
-    if (width > 0 && height > 0 && (width != frame.cols || height != frame.rows) && width <= 8192 && height <= 8192)
-        cv::resize(frame, scaled, cv::Size(width, height));
-    std::vector<unsigned char> jpeg;
+    imaging::Picture picture = frame;
+    if (width > 0 && height > 0 && (width != frame.width || height != frame.height) && width <= 8192 && height <= 8192)
+        picture = imaging::scaled(frame, width, height);
+    std::vector<std::uint8_t> jpeg;
     for (int quality = 85; quality >= 25; quality -= 20) {
-        if (!cv::imencode(".jpg", scaled, jpeg, {cv::IMWRITE_JPEG_QUALITY, quality}))
+        jpeg = imaging::encodeJpeg(picture, quality);
+        if (jpeg.empty())
             return false;
         if (jpeg.size() + 64 < pictureBlockSize)
             break;

@@ -7,8 +7,7 @@
 #include <memory>
 #include <string>
 
-#include <opencv2/core/mat.hpp>
-
+#include "imaging/picture.h"
 #include "platform/shared_block.h"
 #include "platform/window_endpoint.h"
 
@@ -24,7 +23,7 @@ public:
     // Encodes `frame` at width x height (the frame's size when either is not
     // positive) and writes header and picture. False when there is nothing
     // to write or it doesn't fit.
-    bool write(const cv::Mat& frame, int width, int height, platform::WindowHandle ownWindow);
+    bool write(const imaging::Picture& frame, int width, int height, platform::WindowHandle ownWindow);
 
 private:
     std::unique_ptr<platform::WritableSharedBlock> block_;

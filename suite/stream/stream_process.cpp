@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <atomic>
 #include <chrono>
-#include <csignal>
 #include <cstdlib>
 #include <cstring>
+#include <filesystem>
 #include <iostream>
 #include <memory>
 #include <mutex>
@@ -18,7 +18,9 @@
 #include "maintenance/log_buffer.h"
 #include "maintenance/system_log.h"
 #include "picture_block.h"
+#include "platform/program_arguments.h"
 #include "platform/window_endpoint.h"
+#include "process_signals.h"
 #include "video_recorder.h"
 #include "video_source.h"
 
@@ -30,9 +32,10 @@ using maintenance::logInfo;
 
 std::atomic<bool> terminateRequested{false};
 
-void onTerminate(int)
+// A path given as UTF-8, in the platform's own form.
+std::filesystem::path nativePath(const std::string& utf8)
 {
-    terminateRequested = true;
+    return std::filesystem::path(std::u8string(utf8.begin(), utf8.end()));
 }
 
 struct ImageRequest {
@@ -81,20 +84,22 @@ void takeCommand(const platform::CopyDataMessage& message, Commands& commands, b
 
 int runStream(int argc, char* argv[])
 {
-    if (argc < 4) {
+    // UTF-8 on every platform: the manager's folders may have Cyrillic names.
+    const std::vector<std::string> args = platform::programArguments(argc, argv);
+    if (args.size() < 4) {
         std::cerr << "usage: vxVideoStream <camera file> <video folder> <log file>" << std::endl;
         return 2;
     }
-    std::signal(SIGTERM, onTerminate);
-    std::signal(SIGINT, onTerminate);
-    std::signal(SIGPIPE, SIG_IGN);
-    maintenance::setSystemLog(std::make_unique<maintenance::LogBuffer>(argv[3], maintenance::LogMode::appendStartEnd));
+    watchEndRequests(terminateRequested);
+    maintenance::setSystemLog(
+        std::make_unique<maintenance::LogBuffer>(nativePath(args[3]), maintenance::LogMode::appendStartEnd));
     maintenance::systemLog()->setMinLevel(maintenance::logInfo);
     maintenance::attachToStandardError(*maintenance::systemLog());
 
     config::CameraConfig camera;
-    if (!config::loadCamera(argv[1], camera, 300)) {
-        VX_LOG(logError, std::string("Camera file can't be read: ") + argv[1]);
+    // The config library takes its paths in Windows-1251, as the manager keeps them.
+    if (!config::loadCamera(config::utf8ToCp1251(args[1]), camera, 300)) {
+        VX_LOG(logError, "Camera file can't be read: " + config::utf8ToCp1251(args[1]));
         maintenance::closeLogs();
         return 1;
     }
@@ -116,6 +121,8 @@ int runStream(int argc, char* argv[])
         const char* value = std::getenv("VX_STREAM_TEST_IGNORE_QUIT");
         return value && std::string(value) == "1";
     }();
+    // The source and the recorder speak of paths in UTF-8; the log holds Windows-1251.
+    const auto sayUtf8 = [](const std::string& text) { VX_LOG(logInfo, config::utf8ToCp1251(text)); };
     Commands commands;
     commands.hideVideo = common.unShowVideo;
     commands.hideConsole = !common.showConsole;
@@ -133,13 +140,13 @@ int runStream(int argc, char* argv[])
     auto recording = std::make_shared<RecorderSlot>();
     if (common.writeVideo) {
         RecorderSettings settings;
-        settings.videoRoot = argv[2];
+        settings.videoRoot = nativePath(args[2]);
         settings.streamId = id;
         settings.chunkSeconds = common.videoChunk;
         settings.width = common.widthWrite;
         settings.height = common.heightWrite;
         recording->recorder =
-            std::make_unique<VideoRecorder>(settings, [](const std::string& text) { VX_LOG(logInfo, text); });
+            std::make_unique<VideoRecorder>(settings, sayUtf8);
     }
     SourceSettings source;
     source.path = config::cp1251ToUtf8(common.videoPath);
@@ -153,8 +160,8 @@ int runStream(int argc, char* argv[])
     if (common.fps > 0.0f)
         source.readTimeoutMs = std::clamp(static_cast<int>(2500.0f / common.fps), 1000, 10000);
     VideoSource video(
-        source, [](const std::string& text) { VX_LOG(logInfo, text); },
-        [recording](const cv::Mat& frame, double fps) {
+        source, sayUtf8,
+        [recording](const imaging::Picture& frame, double fps) {
             std::lock_guard<std::mutex> lock(recording->mutex);
             if (recording->recorder)
                 recording->recorder->write(frame, fps);

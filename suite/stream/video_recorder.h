@@ -3,17 +3,18 @@
 // into <videoRoot>/stream<ID>/YYYY_MM_DD/video_stream_<ID>_YYYY_MM_DD_hh_mm_ss.webm
 // (VP8), the tree the manager's video quota walks. The chunk being written
 // carries the in-use mark, so the quota leaves it alone until it is closed.
+// The chunks are written where the platform has a VP8 writer (posix/:
+// OpenCV's); elsewhere the recorder says once that it can't record and
+// drops the frames.
 #include <chrono>
 #include <cstdint>
+#include <ctime>
 #include <filesystem>
 #include <functional>
 #include <memory>
 #include <string>
 
-#include <opencv2/core/mat.hpp>
-#include <opencv2/videoio.hpp>
-
-#include "platform/file_delete.h"
+#include "imaging/picture.h"
 
 namespace vx::stream {
 
@@ -25,25 +26,24 @@ struct RecorderSettings {
     int height = 0;
 };
 
-// The path of the chunk that begins at `when` (local time).
+// The path of the chunk that begins at `when` (local time). Part of the
+// platform's writer: only where chunks are written.
 std::filesystem::path chunkPath(const std::filesystem::path& videoRoot, std::int32_t streamId, std::time_t when);
 
 class VideoRecorder {
 public:
     VideoRecorder(RecorderSettings settings, std::function<void(const std::string&)> log);
+    // The chunk being written is finished.
+    ~VideoRecorder();
+    VideoRecorder(const VideoRecorder&) = delete;
+    VideoRecorder& operator=(const VideoRecorder&) = delete;
     // Adds a frame; starts a new chunk when the current one is full.
-    void write(const cv::Mat& frame, double fps);
+    void write(const imaging::Picture& frame, double fps);
+
+    struct Chunks;   // the platform's writer
 
 private:
-    bool openChunk(const cv::Size& size, double fps);
-
-    RecorderSettings settings_;
-    std::function<void(const std::string&)> log_;
-    // Declared first so it goes last: the writer finishes its chunk first.
-    std::unique_ptr<platform::FileInUseMark> inUse_;   // on the chunk writer_ writes
-    cv::VideoWriter writer_;
-    std::chrono::steady_clock::time_point chunkStart_;
-    bool failed_ = false;
+    std::unique_ptr<Chunks> chunks_;
 };
 
 } // namespace vx::stream

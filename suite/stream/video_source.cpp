@@ -4,7 +4,7 @@
 #include <cstdlib>
 #include <vector>
 
-#include <opencv2/videoio.hpp>
+#include "frame_reader.h"
 
 namespace vx::stream {
 
@@ -20,7 +20,7 @@ struct VideoSource::State {
     Log log;
     FrameSink sink;
     std::mutex mutex;
-    cv::Mat latest;
+    imaging::Picture latest;
     std::atomic<bool> stop{false};
     std::atomic<bool> failed{false};
     std::atomic<bool> finished{false};
@@ -31,15 +31,16 @@ struct VideoSource::State {
         if (!stop && log)
             log(text);
     }
-    void keep(const cv::Mat& frame)
+    void keep(const imaging::Picture& frame)
     {
+        imaging::Picture copy = imaging::copyOf(frame);
         std::lock_guard<std::mutex> lock(mutex);
-        frame.copyTo(latest);
+        latest = std::move(copy);
     }
     void drop()
     {
         std::lock_guard<std::mutex> lock(mutex);
-        latest.release();
+        latest = imaging::Picture();
     }
     bool pauseFor(double seconds) const
     {
@@ -52,15 +53,6 @@ struct VideoSource::State {
 
 namespace {
 
-bool openCapture(cv::VideoCapture& capture, const SourceSettings& settings, bool link)
-{
-    if (!link)
-        return capture.open(settings.path, cv::CAP_FFMPEG);
-    const std::vector<int> timeouts{cv::CAP_PROP_OPEN_TIMEOUT_MSEC, settings.openTimeoutMs,
-                                    cv::CAP_PROP_READ_TIMEOUT_MSEC, settings.readTimeoutMs};
-    return capture.open(settings.path, cv::CAP_FFMPEG, timeouts);
-}
-
 void readSource(VideoSource::State& s);
 
 } // namespace
@@ -70,8 +62,7 @@ VideoSource::VideoSource(SourceSettings settings, Log log, FrameSink sink) : sta
     state_->settings = std::move(settings);
     state_->log = std::move(log);
     state_->sink = std::move(sink);
-    if (state_->settings.tcp)
-        ::setenv("OPENCV_FFMPEG_CAPTURE_OPTIONS", "rtsp_transport;tcp", 1);
+    prepareFrameReaders(state_->settings);
     thread_ = std::thread([state = state_] { readSource(*state); });
 }
 
@@ -80,10 +71,10 @@ VideoSource::~VideoSource()
     stop(std::chrono::milliseconds(300));
 }
 
-cv::Mat VideoSource::latest() const
+imaging::Picture VideoSource::latest() const
 {
     std::lock_guard<std::mutex> lock(state_->mutex);
-    return state_->latest.clone();
+    return state_->latest;
 }
 
 bool VideoSource::failed() const
@@ -125,21 +116,21 @@ void readSource(VideoSource::State& s)
             std::this_thread::sleep_for(std::chrono::milliseconds(50));
     };
     while (!s.stop) {
-        cv::VideoCapture capture;
-        const bool opened = openCapture(capture, settings, link);
+        const std::unique_ptr<FrameReader> reader =
+            openFrameReader(settings, link, [&s](const std::string& text) { s.say(text); });
         bool gotFrames = false;
         if (s.stop)
             break;
-        if (!opened) {
+        if (!reader) {
             s.say("Video source can't be opened: " + settings.path);
         } else {
-            double fps = capture.get(cv::CAP_PROP_FPS);
+            double fps = reader->fps();
             if (!(fps > 0.5 && fps < 200))
                 fps = settings.fps > 0 ? settings.fps : 5.0;
             s.say("Video source opened: " + settings.path);
-            cv::Mat frame;
+            imaging::Picture frame;
             auto next = Clock::now();
-            while (!s.stop && capture.read(frame) && !frame.empty()) {
+            while (!s.stop && reader->read(frame) && !frame.empty()) {
                 gotFrames = true;
                 failures = 0;
                 s.keep(frame);

@@ -1,6 +1,7 @@
 #pragma once
-// The stream's input: a file or a network link opened with OpenCV's video
-// capture on a thread of its own, which keeps the latest frame.
+// The stream's input: a file or a network link opened by the platform's
+// frame reader (frame_reader.h) on a thread of its own, which keeps the
+// latest frame.
 // A file plays at its own rate and starts again at its end. A link is read
 // as fast as its frames come; opening and reading it are bounded by
 // timeouts, so a dead camera never blocks the thread for long. When a link
@@ -17,7 +18,7 @@
 #include <string>
 #include <thread>
 
-#include <opencv2/core/mat.hpp>
+#include "imaging/picture.h"
 
 namespace vx::stream {
 
@@ -37,7 +38,8 @@ bool isLink(const std::string& path);
 
 class VideoSource {
 public:
-    using FrameSink = std::function<void(const cv::Mat& frame, double fps)>;
+    // Gets every frame on the reading thread; the frame is valid during the call.
+    using FrameSink = std::function<void(const imaging::Picture& frame, double fps)>;
     using Log = std::function<void(const std::string&)>;
     VideoSource(SourceSettings settings, Log log, FrameSink sink);
     // Stops as stop() does, with a short wait.
@@ -45,8 +47,9 @@ public:
     VideoSource(const VideoSource&) = delete;
     VideoSource& operator=(const VideoSource&) = delete;
 
-    // A copy of the latest frame; empty until one came and while a link is lost.
-    cv::Mat latest() const;
+    // The latest frame; empty until one came and while a link is lost. Its
+    // pixels are its own: later frames never change them.
+    imaging::Picture latest() const;
     // True once a link is lost (or can't be opened) and no further attempt
     // is to be made.
     bool failed() const;

@@ -163,3 +163,42 @@ TEST(PictureOps, BlendsSaturateAndRound)
 
 } // namespace
 } // namespace vx::imaging
+
+namespace vx::imaging {
+namespace {
+
+// Left half red, right half blue, a detailed band at the bottom.
+Picture twoHalves(int width, int height, int channels)
+{
+    Picture p = plain(width, height, channels, {0, 0, 220, 255});
+    Picture right = region(p, {width / 2, 0, width - width / 2, height});
+    fill(right, {200, 40, 0, 255});
+    for (int x = 0; x < width; x += 2)
+        drawLine(p, x, height - 8, x, height - 1, {255, 255, 255, 255}, 1);
+    return p;
+}
+
+TEST(PictureJpeg, EncodedPictureDecodesToItsSizeAndColours)
+{
+    // A region: its rows lie further apart than its own width.
+    const Picture whole = twoHalves(100, 60, 3);
+    const Picture part = region(whole, {10, 0, 80, 60});
+    const std::vector<std::uint8_t> jpeg = encodeJpeg(part, 85);
+    ASSERT_GT(jpeg.size(), 4u);
+    EXPECT_EQ(std::vector<int>(jpeg.begin(), jpeg.begin() + 2), (std::vector<int>{0xff, 0xd8}));
+    EXPECT_EQ(std::vector<int>(jpeg.end() - 2, jpeg.end()), (std::vector<int>{0xff, 0xd9}));
+    const Picture back = decodePicture(jpeg);
+    ASSERT_EQ(std::pair(back.width, back.height), std::pair(80, 60));
+    // Wine's encoder works at a quality of its own, a little coarser.
+    expectNear(pixel(back, 5, 10), {0, 0, 220}, 24);
+    expectNear(pixel(back, 75, 10), {200, 40, 0}, 24);
+
+    const Picture withAlpha = twoHalves(32, 16, 4);
+    const Picture fromAlpha = decodePicture(encodeJpeg(withAlpha, 90));
+    ASSERT_EQ(fromAlpha.channels, 3);
+    expectNear(pixel(fromAlpha, 2, 2), {0, 0, 220}, 24);
+    EXPECT_TRUE(encodeJpeg(Picture(), 85).empty());
+}
+
+} // namespace
+} // namespace vx::imaging

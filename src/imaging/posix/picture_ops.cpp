@@ -1,6 +1,8 @@
 // The pictures' operations through OpenCV.
 #include "imaging/picture_ops.h"
 
+#include <algorithm>
+
 #include <opencv2/core.hpp>
 #include <opencv2/imgcodecs.hpp>
 #include <opencv2/imgproc.hpp>
@@ -52,6 +54,25 @@ Picture decodePicture(std::span<const std::uint8_t> bytes)
     } catch (const cv::Exception&) {
         return Picture();
     }
+}
+
+std::vector<std::uint8_t> encodeJpeg(const Picture& picture, int quality)
+{
+    if (picture.empty())
+        return {};
+    Picture bgr = picture;
+    if (picture.channels != 3) {
+        bgr = makePicture(picture.width, picture.height, 3);
+        convertInto(picture, bgr);
+    }
+    std::vector<std::uint8_t> bytes;
+    try {
+        if (!cv::imencode(".jpg", matOf(bgr), bytes, {cv::IMWRITE_JPEG_QUALITY, std::clamp(quality, 1, 100)}))
+            return {};
+    } catch (const cv::Exception&) {
+        return {};
+    }
+    return bytes;
 }
 
 Picture readPictureFile(const std::filesystem::path& file)

@@ -1,5 +1,6 @@
-// The pictures' operations on Windows: decoding and file reading through
-// the Windows Imaging Component, everything else as plain pixel loops.
+// The pictures' operations on Windows: decoding, JPEG encoding and file
+// reading through the Windows Imaging Component, everything else as plain
+// pixel loops.
 #include "imaging/picture_ops.h"
 
 #include <windows.h>
@@ -137,6 +138,59 @@ Picture decodePicture(std::span<const std::uint8_t> bytes)
     if (FAILED(factory->CreateDecoderFromStream(stream.p, nullptr, WICDecodeMetadataCacheOnDemand, decoder.out())))
         return Picture();
     return firstFrame(factory.p, decoder.p, GUID_WICPixelFormat24bppBGR, 3);
+}
+
+// The encoder writes into a stream over a growing memory block; its bytes
+// are copied out once both frame and encoder are committed.
+std::vector<std::uint8_t> encodeJpeg(const Picture& picture, int quality)
+{
+    ComPtr<IWICImagingFactory> factory;
+    if (picture.empty() || !makeFactory(factory))
+        return {};
+    Picture bgr = picture;
+    if (picture.channels != 3) {
+        bgr = makePicture(picture.width, picture.height, 3);
+        convertInto(picture, bgr);
+    }
+    ComPtr<IStream> stream;
+    ComPtr<IWICBitmapEncoder> encoder;
+    if (FAILED(CreateStreamOnHGlobal(nullptr, TRUE, stream.out())) ||
+        FAILED(factory->CreateEncoder(GUID_ContainerFormatJpeg, nullptr, encoder.out())) ||
+        FAILED(encoder->Initialize(stream.p, WICBitmapEncoderNoCache)))
+        return {};
+    ComPtr<IWICBitmapFrameEncode> frame;
+    ComPtr<IPropertyBag2> options;
+    if (FAILED(encoder->CreateNewFrame(frame.out(), options.out())))
+        return {};
+    if (options.p) {
+        PROPBAG2 option{};
+        option.pstrName = const_cast<LPOLESTR>(L"ImageQuality");
+        VARIANT value;
+        VariantInit(&value);
+        value.vt = VT_R4;
+        value.fltVal = static_cast<float>(std::clamp(quality, 1, 100)) / 100.0f;
+        options->Write(1, &option, &value);   // the encoder's default quality otherwise
+    }
+    WICPixelFormatGUID format = GUID_WICPixelFormat24bppBGR;
+    const UINT stride = static_cast<UINT>(bgr.stride);
+    const UINT bytes = stride * static_cast<UINT>(bgr.height - 1) + static_cast<UINT>(bgr.width * 3);
+    if (FAILED(frame->Initialize(options.p)) ||
+        FAILED(frame->SetSize(static_cast<UINT>(bgr.width), static_cast<UINT>(bgr.height))) ||
+        FAILED(frame->SetPixelFormat(&format)) || !IsEqualGUID(format, GUID_WICPixelFormat24bppBGR) ||
+        FAILED(frame->WritePixels(static_cast<UINT>(bgr.height), stride, bytes, bgr.data)) ||
+        FAILED(frame->Commit()) || FAILED(encoder->Commit()))
+        return {};
+    HGLOBAL memory = nullptr;
+    STATSTG status{};
+    if (FAILED(GetHGlobalFromStream(stream.p, &memory)) || FAILED(stream->Stat(&status, STATFLAG_NONAME)))
+        return {};
+    const auto size = static_cast<std::size_t>(status.cbSize.QuadPart);
+    const auto* data = static_cast<const std::uint8_t*>(GlobalLock(memory));
+    if (!data)
+        return {};
+    std::vector<std::uint8_t> out(data, data + size);
+    GlobalUnlock(memory);
+    return out;
 }
 
 Picture readPictureFile(const std::filesystem::path& file)

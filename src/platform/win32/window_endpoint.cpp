@@ -10,6 +10,8 @@
 
 #include <windows.h>
 
+#include <vector>
+
 namespace vx::platform {
 
 namespace {
@@ -164,6 +166,14 @@ bool sendCopyData(WindowHandle window, const CopyDataMessage& message, int timeo
     data.dwData = static_cast<ULONG_PTR>(message.dwData);
     data.cbData = message.cbData;
     data.lpData = message.payload.empty() ? nullptr : const_cast<char*>(message.payload.data());
+    // A value in cbData with no block (a stream's ID) goes with a block of
+    // that many zero bytes: some relays of the message (Wine's) hand cbData
+    // over only with a block, and the receiver reads cbData, not the block.
+    std::vector<char> zeros;
+    if (message.payload.empty() && message.cbData > 0 && message.cbData <= 65536) {
+        zeros.assign(message.cbData, '\0');
+        data.lpData = zeros.data();
+    }
     DWORD_PTR result = 0;
     if (!::SendMessageTimeoutW(asWindow(window), WM_COPYDATA, 0, reinterpret_cast<LPARAM>(&data),
                                SMTO_ABORTIFHUNG, static_cast<UINT>(timeoutMs < 0 ? 0 : timeoutMs), &result))

@@ -1,9 +1,13 @@
+// The recorder's chunks through OpenCV's video writer (FFmpeg's VP8).
 #include "video_recorder.h"
 
 #include <cstdio>
 #include <ctime>
 
 #include <opencv2/imgproc.hpp>
+#include <opencv2/videoio.hpp>
+
+#include "platform/file_delete.h"
 
 namespace vx::stream {
 
@@ -20,14 +24,39 @@ std::filesystem::path chunkPath(const std::filesystem::path& videoRoot, std::int
     return videoRoot / stream / day / ("video_stream_" + std::to_string(streamId) + "_" + stamp + ".webm");
 }
 
+struct VideoRecorder::Chunks {
+    bool openChunk(const cv::Size& size, double fps);
+    void write(const cv::Mat& frame, double fps);
+
+    RecorderSettings settings_;
+    std::function<void(const std::string&)> log_;
+    // Declared first so it goes last: the writer finishes its chunk first.
+    std::unique_ptr<platform::FileInUseMark> inUse_;   // on the chunk writer_ writes
+    cv::VideoWriter writer_;
+    std::chrono::steady_clock::time_point chunkStart_;
+    bool failed_ = false;
+};
+
 VideoRecorder::VideoRecorder(RecorderSettings settings, std::function<void(const std::string&)> log)
-    : settings_(std::move(settings)), log_(std::move(log))
+    : chunks_(std::make_unique<Chunks>())
 {
-    if (settings_.chunkSeconds <= 0)
-        settings_.chunkSeconds = 300;
+    chunks_->settings_ = std::move(settings);
+    chunks_->log_ = std::move(log);
+    if (chunks_->settings_.chunkSeconds <= 0)
+        chunks_->settings_.chunkSeconds = 300;
 }
 
-bool VideoRecorder::openChunk(const cv::Size& size, double fps)
+VideoRecorder::~VideoRecorder() = default;
+
+void VideoRecorder::write(const imaging::Picture& frame, double fps)
+{
+    if (frame.empty() || frame.channels != 3)
+        return;
+    // The frame's pixels as they are: the writer copies what it keeps.
+    chunks_->write(cv::Mat(frame.height, frame.width, CV_8UC3, frame.data, frame.stride), fps);
+}
+
+bool VideoRecorder::Chunks::openChunk(const cv::Size& size, double fps)
 {
     const auto path = chunkPath(settings_.videoRoot, settings_.streamId, std::time(nullptr));
     std::error_code ec;
@@ -52,7 +81,7 @@ bool VideoRecorder::openChunk(const cv::Size& size, double fps)
     return true;
 }
 
-void VideoRecorder::write(const cv::Mat& frame, double fps)
+void VideoRecorder::Chunks::write(const cv::Mat& frame, double fps)
 {
     if (failed_ || frame.empty())
         return;
