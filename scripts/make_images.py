@@ -100,6 +100,13 @@ def main():
     for name, colour, glyph in tile:
         png(os.path.join(OUT, name), 64, 64, tile_button_pixel(64, colour, G[glyph]))
     png(os.path.join(OUT, "vexlane.png"), 64, 64, glyph_pixel(64, BLUE, G["camera"]))
+    # The Windows build's program icon (resource 103): the same picture,
+    # held whole as PNG inside an icon file.
+    with open(os.path.join(OUT, "vexlane.png"), "rb") as f:
+        picture = f.read()
+    icon = struct.pack("<HHH", 0, 1, 1) + struct.pack("<BBBBHHII", 64, 64, 0, 0, 1, 32, len(picture), 22)
+    with open(os.path.join(HERE, "..", "src", "ui", "win32", "vexlane.ico"), "wb") as f:
+        f.write(icon + picture)
 
 if __name__ == "__main__":
     main()

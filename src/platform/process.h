@@ -22,7 +22,9 @@ struct ProcessStartInfo {
     std::filesystem::path workingDirectory;
     std::filesystem::path searchFolder;
     // The child keeps the descriptors (handles) that the manager leaves
-    // inheritable; otherwise it starts with standard streams only.
+    // inheritable; otherwise it starts with standard streams only. On
+    // Windows it inherits the standard handles only, never the files the
+    // manager has open.
     bool inheritHandles = false;
     // The first platform's CREATE_NO_WINDOW. A POSIX child has no console in
     // any case, so this changes nothing there.

@@ -9,7 +9,7 @@
 namespace vx::test {
 
 Installation::Installation(const std::string& folderName, const std::filesystem::path& userData)
-    : folder_(root_.path() / folderName),
+    : folder_(root_.path() / std::u8string(folderName.begin(), folderName.end())),
       userData_(userData.empty() ? root_.path() / "userdata" : userData),
       userDataEnv_("XDG_DATA_HOME", userData_.string())
 {

@@ -1,76 +1,65 @@
-// The manager's Windows entry: no system dialogs on critical errors, the
-// crash capture, one instance per session, and the main window with its
-// message loop. The window's contents come with the Win32 front end.
-#include "maintenance/crash_capture.h"
-#include "platform/paths.h"
-#include "platform/single_instance.h"
-
+// The manager's Windows entry: no system dialogs on critical errors, one
+// instance per session, the executable's folder as working directory, the
+// crash capture, then the window and its message loop.
 #include <windows.h>
 
-namespace {
+#include <memory>
+#include <mutex>
 
-const wchar_t className[] = L"Vexlane";
-const wchar_t windowTitle[] = L"Vexlane Распознавание автомобильных номеров";
-
-LRESULT CALLBACK mainWindowProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
-{
-    switch (message) {
-    case WM_CLOSE:
-        // The close box never ends the program.
-        ::ShowWindow(window, SW_MINIMIZE);
-        return 0;
-    case WM_DESTROY:
-        ::PostQuitMessage(0);
-        return 0;
-    default:
-        return ::DefWindowProcW(window, message, wParam, lParam);
-    }
-}
-
-} // namespace
+#include "core/startup.h"
+#include "core/version.h"
+#include "maintenance/crash_capture.h"
+#include "maintenance/system_log.h"
+#include "platform/named_lock.h"
+#include "platform/paths.h"
+#include "platform/single_instance.h"
+#include "platform/user_data.h"
+#include "state/app_state.h"
+#include "ui/win32/main_window.h"
 
 int WINAPI wWinMain(HINSTANCE instance, HINSTANCE, PWSTR, int showCommand)
 {
     using namespace vx;
     ::SetErrorMode(3);
 
+    // A second start brings the first one to the front and leaves.
     std::unique_ptr<platform::NamedLock> instanceLock;
     if (!platform::acquireSingleInstance("VexlaneOnce", instanceLock)) {
         platform::raiseExistingInstance("Vexlane");
         return 1;
     }
 
-    const auto baseDirectory = platform::folderOf(platform::executablePath());
-    platform::setCurrentDirectory(baseDirectory);
-    maintenance::installCrashCapture(baseDirectory);
+    core::AppState& state = core::appState();
+    state.baseDirectory = platform::folderOf(platform::executablePath());
+    platform::setCurrentDirectory(state.baseDirectory);
+    // From here on a crash leaves dumps\VexlaneDump.dmp and exit code 1.
+    maintenance::installCrashCapture(state.baseDirectory, core::narrowPath(state.baseDirectory));
+    state.versionText = core::versionText();
+    core::checkSettingsMigrationStep(state, platform::userDataDirectory());
 
-    WNDCLASSW windowClass{};
-    windowClass.style = CS_HREDRAW | CS_VREDRAW;
-    windowClass.lpfnWndProc = mainWindowProcedure;
-    windowClass.hInstance = instance;
-    windowClass.hIcon = ::LoadIconW(instance, MAKEINTRESOURCEW(103));
-    if (!windowClass.hIcon)
-        windowClass.hIcon = ::LoadIconW(nullptr, IDI_APPLICATION);
-    windowClass.hCursor = ::LoadCursorW(nullptr, IDC_ARROW);
-    windowClass.hbrBackground = reinterpret_cast<HBRUSH>(COLOR_WINDOW + 1);
-    windowClass.lpszClassName = className;
-    if (!::RegisterClassW(&windowClass)) {
-        ::MessageBoxW(nullptr, L"Cannot register class", L"Error", MB_ICONERROR);
+    if (!ui::win32::MainWindow::registerClass(instance))
         return 0;
-    }
-    HWND window = ::CreateWindowExW(0, className, windowTitle, WS_OVERLAPPEDWINDOW, CW_USEDEFAULT, CW_USEDEFAULT,
-                                    CW_USEDEFAULT, CW_USEDEFAULT, nullptr, nullptr, instance, nullptr);
-    if (!window) {
-        ::MessageBoxW(nullptr, L"Cannot create window", L"Error", MB_ICONERROR);
+    ui::win32::MainWindow window(state, instance);
+    HWND handle = window.create();
+    if (!handle)
         return 0;
-    }
-    ::ShowWindow(window, showCommand);
-    ::UpdateWindow(window);
+    ::ShowWindow(handle, showCommand);
+    ::UpdateWindow(handle);
 
-    MSG message;
-    while (::GetMessageW(&message, nullptr, 0, 0) > 0) {
+    MSG message{};
+    BOOL got;
+    while ((got = ::GetMessageW(&message, nullptr, 0, 0)) != 0) {
+        if (got == -1)
+            ::ExitProcess(1);
         ::TranslateMessage(&message);
         ::DispatchMessageW(&message);
+    }
+    // "Close" is the last line of the system log; then the system log and
+    // the performance log go, in that order, then the video quota object.
+    maintenance::closeLogs();
+    {
+        std::lock_guard<std::mutex> lock(state.videoQuotaMutex);
+        state.videoQuota.reset();
     }
     return static_cast<int>(message.wParam);
 }

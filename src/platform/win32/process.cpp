@@ -9,6 +9,9 @@
 
 #include <windows.h>
 
+#include <algorithm>
+#include <vector>
+
 namespace vx::platform {
 
 namespace {
@@ -73,28 +76,56 @@ std::unique_ptr<StartedProcess> startProcess(const ProcessStartInfo& info)
 {
     const std::filesystem::path application = inSearchFolder(info);
     std::wstring commandLine = win32::widen(info.commandLine);
-    STARTUPINFOW startup{};
-    startup.cb = sizeof startup;
+    STARTUPINFOEXW startup{};
+    startup.StartupInfo.cb = sizeof startup.StartupInfo;
     HANDLE readEnd = nullptr;
     HANDLE writeEnd = nullptr;
-    BOOL inherit = info.inheritHandles ? TRUE : FALSE;
+    // What a child inherits is named: the capture pipe, or our standard
+    // handles. The files the manager itself has open (its log above all)
+    // stay with it, so that no service keeps them open and they can be
+    // renamed and archived while it runs.
+    std::vector<HANDLE> inherited;
     if (info.captureOutput) {
         SECURITY_ATTRIBUTES attributes{sizeof attributes, nullptr, TRUE};
         if (!::CreatePipe(&readEnd, &writeEnd, &attributes, 0))
             return nullptr;
         ::SetHandleInformation(readEnd, HANDLE_FLAG_INHERIT, 0);
-        startup.dwFlags = STARTF_USESTDHANDLES;
-        startup.hStdInput = nullptr;
-        startup.hStdOutput = writeEnd;
-        startup.hStdError = writeEnd;
-        inherit = TRUE;
+        startup.StartupInfo.dwFlags = STARTF_USESTDHANDLES;
+        startup.StartupInfo.hStdInput = nullptr;
+        startup.StartupInfo.hStdOutput = writeEnd;
+        startup.StartupInfo.hStdError = writeEnd;
+        inherited.push_back(writeEnd);
+    } else if (info.inheritHandles) {
+        for (DWORD which : {STD_INPUT_HANDLE, STD_OUTPUT_HANDLE, STD_ERROR_HANDLE}) {
+            HANDLE handle = ::GetStdHandle(which);
+            DWORD flags = 0;
+            if (handle && handle != INVALID_HANDLE_VALUE && ::GetHandleInformation(handle, &flags) &&
+                (flags & HANDLE_FLAG_INHERIT) &&
+                std::find(inherited.begin(), inherited.end(), handle) == inherited.end())
+                inherited.push_back(handle);
+        }
+    }
+    std::vector<char> attributeSpace;
+    DWORD flags = info.noConsole ? CREATE_NO_WINDOW : 0;
+    if (!inherited.empty()) {
+        SIZE_T size = 0;
+        ::InitializeProcThreadAttributeList(nullptr, 1, 0, &size);
+        attributeSpace.resize(size);
+        auto* list = reinterpret_cast<LPPROC_THREAD_ATTRIBUTE_LIST>(attributeSpace.data());
+        if (::InitializeProcThreadAttributeList(list, 1, 0, &size) &&
+            ::UpdateProcThreadAttribute(list, 0, PROC_THREAD_ATTRIBUTE_HANDLE_LIST, inherited.data(),
+                                        inherited.size() * sizeof(HANDLE), nullptr, nullptr)) {
+            startup.lpAttributeList = list;
+            flags |= EXTENDED_STARTUPINFO_PRESENT;
+        }
     }
     PROCESS_INFORMATION process{};
     const BOOL started = ::CreateProcessW(application.empty() ? nullptr : application.c_str(), commandLine.data(),
-                                          nullptr, nullptr, inherit, info.noConsole ? CREATE_NO_WINDOW : 0,
-                                          nullptr,
+                                          nullptr, nullptr, inherited.empty() ? FALSE : TRUE, flags, nullptr,
                                           info.workingDirectory.empty() ? nullptr : info.workingDirectory.c_str(),
-                                          &startup, &process);
+                                          &startup.StartupInfo, &process);
+    if (startup.lpAttributeList)
+        ::DeleteProcThreadAttributeList(startup.lpAttributeList);
     if (writeEnd)
         ::CloseHandle(writeEnd);
     if (!started) {

@@ -25,19 +25,16 @@
 
 #include <tbb/global_control.h>
 
-#include "core/global_commands.h"
+#include "core/create_steps.h"
+#include "core/dialog_commands.h"
 #include "core/main_commands.h"
 #include "core/service_wiring.h"
 #include "core/settings_commands.h"
 #include "core/startup.h"
-#include "core/startup_streams.h"
 #include "core/status_panels.h"
 #include "core/stream_wiring.h"
-#include "core/timer_thread.h"
-#include "core/video_quota.h"
 #include "core/window_placement.h"
 #include "config/text_codec.h"
-#include "config/white_list_registry.h"
 #include "supervision/stream_channel.h"
 #include "liveview/interface_images.h"
 #include "liveview/live_view.h"
@@ -76,16 +73,6 @@ const DialogButton dialogButtons[] = {
 QString imagePath(const QString& name)
 {
     return QCoreApplication::applicationDirPath() + "/images/" + name;
-}
-
-// The tile drawing looks a stream's window up by its title.
-liveview::DrawHooks tileDrawHooks()
-{
-    liveview::DrawHooks hooks;
-    hooks.findWindow = [](const std::string& videoName) {
-        return platform::findWindow("", config::cp1251ToUtf8(videoName));
-    };
-    return hooks;
 }
 
 // Panels show CR LF separated lines; Qt wants a bare line feed.
@@ -198,34 +185,23 @@ bool MainWindow::create()
         tbb::global_control cap(tbb::global_control::max_allowed_parallelism,
                                 std::max<size_t>(std::thread::hardware_concurrency(), 16));
     }
-    // The timer thread works on the process-wide state and outlives nobody
-    // it refers to: it is detached and leaves once shuttingDown is set.
-    core::AppState* state = &state_;
     // The finished zone travels to the window's thread inside a QImage that
     // shares its pixels; the tile area is reached only there, and only while
     // it still exists.
     QPointer<TileView> tileArea(tileArea_);
     const platform::WindowHandle hostWindow = endpoint_ ? endpoint_->handle() : 0;
-    std::thread([state, services = services_, view = liveView_, tileArea, hostWindow] {
-        core::TimerHooks hooks;
-        core::connectServiceHooks(hooks, services, *state);
-        core::connectStreamHooks(hooks, supervision::makeStreamControl(*state), *state, hostWindow);
-        core::connectQuotaHook(hooks, *state);
-        hooks.drawCamera = [state, view, tileArea] {
-            const liveview::ZonePicture zone = liveview::drawCamera(state->streams, *view, -1, -1, tileDrawHooks());
-            QCoreApplication* app = QCoreApplication::instance();
-            if (!app)
-                return;
-            QMetaObject::invokeMethod(
-                app,
-                [tileArea, image = zoneImage(zone.pixels), serial = zone.serial] {
-                    if (tileArea)
-                        tileArea->showZone(image, serial);
-                },
-                Qt::QueuedConnection);
-        };
-        core::runTimerThread(*state, hooks);
-    }).detach();
+    core::startTimerThread(state_, services_, liveView_, hostWindow, [tileArea](liveview::ZonePicture zone) {
+        QCoreApplication* app = QCoreApplication::instance();
+        if (!app)
+            return;
+        QMetaObject::invokeMethod(
+            app,
+            [tileArea, image = zoneImage(zone.pixels), serial = zone.serial] {
+                if (tileArea)
+                    tileArea->showZone(image, serial);
+            },
+            Qt::QueuedConnection);
+    });
     VX_LOG(maintenance::logTrace, "OnCreate ok!");
 
     placeWindow();
@@ -247,19 +223,7 @@ bool MainWindow::runConfigSteps()
         if (QAction* autorun = menuAction(idTrayAutorun))
             autorun->setChecked(ticked);
     };
-    if (!core::loadMainConfigStep(state_, hooks))
-        return false;
-    core::openLogs(state_);
-    core::createVideoQuota(state_);
-    core::setLogThreshold(state_);
-    core::loadStreams(state_);
-    core::migrateFoldersStep(state_, hooks);
-    core::loadRecognitionConfigStep(state_, hooks);
-    core::loadControlConfigStep(state_, hooks);
-    core::loadReceiverSamplesStep(state_);
-    config::loadAllWhiteLists(config::whiteListTable(), state_.ConfigDirectory);
-    core::loadMessengersStep(state_);
-    return true;
+    return core::runConfigSteps(state_, hooks);
 }
 
 void MainWindow::buildMainMenu()
@@ -424,34 +388,11 @@ void MainWindow::onMenuCommand(int id)
 
 void MainWindow::onDialogCommand(int id)
 {
-    switch (id) {
-    case idStartAll:
-        core::startAll(state_, actions_);
-        break;
-    case idStopAll:
-        core::stopAll(state_, actions_);
-        break;
-    case idLists:
-        core::editWhiteLists(state_, [this] { runWhiteListManager(this, state_); });
-        break;
-    case idJournal:
-        core::onJournalCommand(state_, commandHooks(this));
-        break;
-    case idRecognition:
-        core::editRecognitionService(state_, actions_, settingsHooks(this, state_));
-        break;
-    case idWatch:
-        core::editProcessControl(state_, actions_, settingsHooks(this, state_));
-        break;
-    case idControl:
-        core::editControlService(state_, actions_, settingsHooks(this, state_));
-        break;
-    case idMessengers:
-        core::editMessengers(state_, actions_, settingsHooks(this, state_));
-        break;
-    default:
-        break;
-    }
+    core::DialogCommandHooks hooks;
+    hooks.commands = commandHooks(this);
+    hooks.settings = settingsHooks(this, state_);
+    hooks.openWhiteLists = [this] { runWhiteListManager(this, state_); };
+    core::runDialogCommand(state_, actions_, id, hooks);
     statusBar()->showMessage(toQString(state_.status.get()));
 }
 
@@ -600,7 +541,7 @@ void MainWindow::redrawTiles(int width, int height)
 {
     if (!tileArea_)
         return;
-    const liveview::ZonePicture zone = liveview::drawCamera(state_.streams, *liveView_, width, height, tileDrawHooks());
+    const liveview::ZonePicture zone = liveview::drawCamera(state_.streams, *liveView_, width, height, core::tileDrawHooks());
     tileArea_->showZone(zoneImage(zone.pixels), zone.serial);
 }
 

@@ -1,0 +1,37 @@
+#pragma once
+// Identifiers of the Windows front end's resources and controls, shared by
+// the resource script and the code.
+#define IDI_VEXLANE 103
+#define IDD_MAIN_DIALOG 111
+
+// The main dialog's buttons, status panels and tile area.
+#define IDC_START_ALL 1036
+#define IDC_STOP_ALL 1037
+#define IDC_MESSENGERS 1038
+#define IDC_RECOGNITION 1039
+#define IDC_SERVICE_PANEL 1040
+#define IDC_TILE_AREA 1041
+#define IDC_JOURNAL 1042
+#define IDC_STREAM_PANEL 1043
+#define IDC_CONTROL 1044
+#define IDC_LISTS 1045
+#define IDC_WATCH 1087
+
+// The status bar, the timer, the tray icon and its callback message.
+#define IDC_STATUS_BAR 11111
+#define IDT_TICK 12001
+#define IDT_RESERVED 12002
+#define ID_TRAY_ICON 1
+#define WM_TRAY_CALLBACK 1025
+
+// Menus.
+#define IDM_FILE 10001
+#define IDM_SETTINGS 10002
+#define IDM_EXIT 10003
+#define IDM_OPEN_SYSTEM_LOG 10004
+#define IDM_OPEN_RECOG_LOG 10005
+#define IDM_HELP_FILE 10006
+#define IDM_ABOUT 10007
+#define IDM_HELP 10008
+#define IDM_TRAY_EXIT 11003
+#define IDM_TRAY_AUTORUN 11004
