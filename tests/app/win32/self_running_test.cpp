@@ -235,6 +235,26 @@ TEST(SelfRunning, PicturesTheWatchAndANewStartThatFindsEverything)
     ASSERT_FALSE(first.empty());
     EXPECT_TRUE(waitFor([&] { return firstTileMiddle() != first; }, 10000)) << "the first tile stands still";
 
+    // The close box only minimises, out of the task bar; a click on the tray
+    // icon brings the window back. A move of the operator's ends with
+    // WM_EXITSIZEMOVE, and the main config remembers where the window stands.
+    HWND main = ::FindWindowW(L"Vexlane", nullptr);
+    ASSERT_TRUE(main);
+    ::PostMessageW(main, WM_CLOSE, 0, 0);
+    EXPECT_TRUE(waitFor([&] { return ::IsIconic(main) != FALSE; }, 5000));
+    EXPECT_TRUE(::GetWindowLongPtrW(main, GWL_EXSTYLE) & WS_EX_TOOLWINDOW);
+    ::PostMessageW(main, 1025, 1, WM_LBUTTONUP);
+    EXPECT_TRUE(waitFor([&] { return ::IsIconic(main) == FALSE; }, 5000));
+    EXPECT_TRUE(::GetWindowLongPtrW(main, GWL_EXSTYLE) & WS_EX_APPWINDOW);
+    ::SetWindowPos(main, nullptr, 40, 30, 900, 700, SWP_NOZORDER | SWP_NOACTIVATE);
+    ::PostMessageW(main, WM_EXITSIZEMOVE, 0, 0);
+    const fs::path mainConfig = install.configs() / "vx_main_config.json";
+    EXPECT_TRUE(waitFor([&] {
+        const std::string text = readText(mainConfig);
+        return text.find("\t\"xWindow\":40,\n\t\"yWindow\":30,\n\t\"wWindow\":900,\n\t\"hWindow\":700,\n") !=
+               std::string::npos;
+    }, 5000)) << readText(mainConfig);
+
     // A killed service and a killed stream come back.
     const long inferencePid = standInPid(inferenceLog);
     long streamPid = 0;
