@@ -58,4 +58,18 @@ void startTimerThread(AppState& state, const std::shared_ptr<supervision::Servic
     }).detach();
 }
 
+void rememberWindowGeometry(AppState& state, const ProcessActions& actions, const Rect& frame,
+                            const std::vector<Rect>& monitors)
+{
+    const Placement p = rememberPlacement(frame, monitors);
+    config::MainConfig& c = state.liveMainConfig;
+    c.xWindow = p.xWindow;
+    c.yWindow = p.yWindow;
+    c.wWindow = p.wWindow;
+    c.hWindow = p.hWindow;
+    c.display = p.display;
+    if (actions.saveMainConfig)
+        actions.saveMainConfig();
+}
+
 } // namespace vx::core

@@ -6,7 +6,9 @@
 #include <functional>
 #include <memory>
 
+#include "core/process_actions.h"
 #include "core/startup.h"
+#include "core/window_placement.h"
 #include "liveview/live_view.h"
 #include "liveview/tile_pictures.h"
 #include "platform/window_endpoint.h"
@@ -31,5 +33,10 @@ liveview::DrawHooks tileDrawHooks();
 void startTimerThread(AppState& state, const std::shared_ptr<supervision::ServiceContext>& services,
                       const std::shared_ptr<liveview::LiveView>& view, platform::WindowHandle hostWindow,
                       std::function<void(liveview::ZonePicture)> showZone);
+
+// The end of an operator's move or resize: the window's frame and its
+// monitor go into the live main config, which is saved.
+void rememberWindowGeometry(AppState& state, const ProcessActions& actions, const Rect& frame,
+                            const std::vector<Rect>& monitors);
 
 } // namespace vx::core

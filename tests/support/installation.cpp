@@ -1,9 +1,11 @@
 #include "support/installation.h"
+#include "support/captured_stderr.h"
 #include "support/time_scale.h"
 
 #include "platform/paths.h"
 
 #include <chrono>
+#include <sstream>
 #include <thread>
 
 namespace vx::test {
@@ -38,6 +40,26 @@ bool waitFor(const std::function<bool()>& condition, int timeoutMs)
         std::this_thread::sleep_for(std::chrono::milliseconds(20));
     }
     return true;
+}
+
+int countLines(const std::filesystem::path& file, const std::string& text)
+{
+    std::istringstream in(readFileBytes(file));
+    int n = 0;
+    for (std::string line; std::getline(in, line);)
+        if (line.find(text) != std::string::npos)
+            ++n;
+    return n;
+}
+
+long standInPid(const std::filesystem::path& log)
+{
+    long pid = 0;
+    std::istringstream in(readFileBytes(log));
+    for (std::string line; std::getline(in, line);)
+        if (line.rfind("start pid=", 0) == 0)
+            pid = std::stol(line.substr(10));
+    return pid;
 }
 
 } // namespace vx::test

@@ -39,4 +39,11 @@ private:
 // Waits up to timeoutMs, looking every 20 ms, for `condition` to hold.
 bool waitFor(const std::function<bool()>& condition, int timeoutMs);
 
+// The lines of a log file that hold `text`.
+int countLines(const std::filesystem::path& file, const std::string& text);
+
+// The pid a service stand-in wrote into its log last ("start pid=N port=P");
+// 0 when it never started.
+long standInPid(const std::filesystem::path& log);
+
 } // namespace vx::test

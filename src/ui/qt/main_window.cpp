@@ -514,16 +514,8 @@ void MainWindow::rememberGeometry()
     const QRect frame = frameGeometry();
     if (!core::settleGeometry(geometryWatch_, {frame.x(), frame.y(), frame.width(), frame.height()}))
         return;
-    const core::Placement p =
-        core::rememberPlacement({frame.x(), frame.y(), frame.width(), frame.height()}, monitorWorkAreas());
-    config::MainConfig& c = state_.liveMainConfig;
-    c.xWindow = p.xWindow;
-    c.yWindow = p.yWindow;
-    c.wWindow = p.wWindow;
-    c.hWindow = p.hWindow;
-    c.display = p.display;
-    if (actions_.saveMainConfig)
-        actions_.saveMainConfig();
+    core::rememberWindowGeometry(state_, actions_, {frame.x(), frame.y(), frame.width(), frame.height()},
+                                 monitorWorkAreas());
 }
 
 void MainWindow::layoutTiles()

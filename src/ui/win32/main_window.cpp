@@ -114,7 +114,7 @@ HBITMAP buttonBitmap(const std::filesystem::path& file)
 }
 
 // What the main commands show and open, bound to the window.
-core::MainCommandHooks commandHooks(HWND window, const core::AppState& state)
+core::MainCommandHooks commandHooks(HWND window)
 {
     core::MainCommandHooks hooks = core::systemCommandHooks();
     hooks.destroyWindow = [window] { ::DestroyWindow(window); };
@@ -134,7 +134,6 @@ core::MainCommandHooks commandHooks(HWND window, const core::AppState& state)
     hooks.showAbout = [window](const std::string& text) {
         ::MessageBoxW(window, wideOf(text).c_str(), wideLiteral("О программе").c_str(), MB_ICONINFORMATION);
     };
-    (void)state;
     return hooks;
 }
 
@@ -493,15 +492,7 @@ void MainWindow::rememberGeometry()
 {
     RECT frame;
     ::GetWindowRect(window_, &frame);
-    const core::Placement p = core::rememberPlacement(rectOf(frame), monitorWorkAreas());
-    config::MainConfig& c = state_.liveMainConfig;
-    c.xWindow = p.xWindow;
-    c.yWindow = p.yWindow;
-    c.wWindow = p.wWindow;
-    c.hWindow = p.hWindow;
-    c.display = p.display;
-    if (actions_.saveMainConfig)
-        actions_.saveMainConfig();
+    core::rememberWindowGeometry(state_, actions_, rectOf(frame), monitorWorkAreas());
 }
 
 void MainWindow::onTimerTick()
@@ -531,7 +522,7 @@ void MainWindow::onMenuCommand(int id)
 {
     if (id == IDM_TRAY_EXIT || id == IDM_TRAY_AUTORUN)
         return;   // the tray's items come back from its menu, not as commands
-    core::MainCommandHooks hooks = commandHooks(window_, state_);
+    core::MainCommandHooks hooks = commandHooks(window_);
     hooks.openSettings = [this] { core::editSettings(state_, actions_, settingsHooks(window_, state_)); };
     core::runMenuCommand(state_, id, hooks);
     showStatusText(state_.status.get());
@@ -540,7 +531,7 @@ void MainWindow::onMenuCommand(int id)
 void MainWindow::onDialogCommand(int id)
 {
     core::DialogCommandHooks hooks;
-    hooks.commands = commandHooks(window_, state_);
+    hooks.commands = commandHooks(window_);
     hooks.settings = settingsHooks(window_, state_);
     core::runDialogCommand(state_, actions_, id, hooks);
     showStatusText(state_.status.get());
@@ -569,7 +560,7 @@ void MainWindow::onTrayEvent(UINT mouseMessage)
         // time the menu opens.
         const bool ticked = !(::GetMenuState(trayMenu_, IDM_TRAY_AUTORUN, MF_BYCOMMAND) & MF_CHECKED);
         ::CheckMenuItem(trayMenu_, IDM_TRAY_AUTORUN, MF_BYCOMMAND | (ticked ? MF_CHECKED : MF_UNCHECKED));
-        core::toggleTrayAutorun(state_, actions_, commandHooks(window_, state_));
+        core::toggleTrayAutorun(state_, actions_, commandHooks(window_));
     }
 }
 

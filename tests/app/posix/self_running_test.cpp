@@ -46,27 +46,6 @@ std::string streamFile(int id, const std::string& name)
            "\n\t},\n\t\"Recognition\":{\n\t},\n\t\"ControlReport\":{\n\t}\n}";
 }
 
-int countLines(const fs::path& file, const std::string& text)
-{
-    std::istringstream in(readFileBytes(file));
-    int n = 0;
-    for (std::string line; std::getline(in, line);)
-        if (line.find(text) != std::string::npos)
-            ++n;
-    return n;
-}
-
-// The pid the stand-in wrote into its log last ("start pid=N port=P").
-long standInPid(const fs::path& log)
-{
-    long pid = 0;
-    std::istringstream in(readFileBytes(log));
-    for (std::string line; std::getline(in, line);)
-        if (line.rfind("start pid=", 0) == 0)
-            pid = std::stol(line.substr(10));
-    return pid;
-}
-
 std::string readText(const fs::path& path)
 {
     std::ifstream in(path, std::ios::binary);

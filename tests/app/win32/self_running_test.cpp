@@ -43,27 +43,6 @@ int freePort()
     return port;
 }
 
-int countLines(const fs::path& file, const std::string& text)
-{
-    std::istringstream in(readFileBytes(file));
-    int n = 0;
-    for (std::string line; std::getline(in, line);)
-        if (line.find(text) != std::string::npos)
-            ++n;
-    return n;
-}
-
-// The pid the stand-in wrote into its log last ("start pid=N port=P").
-long standInPid(const fs::path& log)
-{
-    long pid = 0;
-    std::istringstream in(readFileBytes(log));
-    for (std::string line; std::getline(in, line);)
-        if (line.rfind("start pid=", 0) == 0)
-            pid = std::stol(line.substr(10));
-    return pid;
-}
-
 // Every process started from the installation's folder, by image name.
 std::vector<platform::ProcessEntry> processesOf(const fs::path& folder)
 {
