@@ -10,4 +10,8 @@ namespace vx::stream {
 // must outlive the process's handlers (a static).
 void watchEndRequests(std::atomic<bool>& requested);
 
+// The platform's own part: `onEnd` for its further end signals (Ctrl+Break
+// on Windows), and SIGPIPE ignored on POSIX.
+void watchPlatformSignals(void (*onEnd)(int));
+
 } // namespace vx::stream

@@ -4,37 +4,19 @@
 #include <QSocketNotifier>
 #include <memory>
 
+#include "core/entry_steps.h"
 #include "state/app_state.h"
-#include "core/startup.h"
-#include "core/version.h"
-#include "maintenance/crash_capture.h"
-#include "maintenance/system_log.h"
 #include "platform/end_request.h"
-#include "platform/named_lock.h"
-#include "platform/paths.h"
-#include "platform/single_instance.h"
-#include "platform/user_data.h"
 #include "ui/qt/main_window.h"
 
 int main(int argc, char* argv[])
 {
     using namespace vx;
     // A second start brings the first one to the front and leaves.
-    std::unique_ptr<platform::NamedLock> instanceLock;
-    if (!platform::acquireSingleInstance("VexlaneOnce", instanceLock)) {
-        platform::raiseExistingInstance("Vexlane");
-        return 1;
-    }
-
     core::AppState& state = core::appState();
-    state.baseDirectory = platform::folderOf(platform::executablePath());
-    platform::setCurrentDirectory(state.baseDirectory);
-    // From here on a crash leaves dumps/VexlaneDump.dmp and exit code 1.
-    maintenance::installCrashCapture(state.baseDirectory, core::narrowPath(state.baseDirectory));
-    state.versionText = core::versionText();
-    // Started from another folder than last time: the create handler offers
-    // the earlier installation's settings.
-    core::checkSettingsMigrationStep(state, platform::userDataDirectory());
+    std::unique_ptr<platform::NamedLock> instanceLock;
+    if (!core::enterProcess(state, instanceLock))
+        return 1;
 
     QApplication app(argc, argv);
     app.setQuitOnLastWindowClosed(false);
@@ -61,13 +43,6 @@ int main(int argc, char* argv[])
         window.show();
         result = app.exec();
     }
-    // "Close" is the last line of the system log; then the system log and
-    // the performance log go, in that order.
-    maintenance::closeLogs();
-    {
-        // Then the video quota object, under its lock: a pass may be running.
-        std::lock_guard<std::mutex> lock(state.videoQuotaMutex);
-        state.videoQuota.reset();
-    }
+    core::leaveProcess(state);
     return result;
 }

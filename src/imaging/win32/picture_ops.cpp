@@ -2,6 +2,7 @@
 // reading through the Windows Imaging Component, everything else as plain
 // pixel loops.
 #include "imaging/picture_ops.h"
+#include "imaging/win32/com_object.h"
 
 #include <windows.h>
 #include <objbase.h>
@@ -16,31 +17,8 @@ namespace vx::imaging {
 
 namespace {
 
-template <typename T>
-struct ComPtr {
-    T* p = nullptr;
-    ComPtr() = default;
-    ComPtr(const ComPtr&) = delete;
-    ComPtr& operator=(const ComPtr&) = delete;
-    ~ComPtr()
-    {
-        if (p)
-            p->Release();
-    }
-    T** out() { return &p; }
-    T* operator->() const { return p; }
-};
-
-// COM on this thread, once; the imaging factory is made per call (it is
-// cheap, and the thread that asks may be any).
-bool comReady()
-{
-    thread_local const bool ready = [] {
-        const HRESULT hr = CoInitializeEx(nullptr, COINIT_MULTITHREADED);
-        return SUCCEEDED(hr) || hr == RPC_E_CHANGED_MODE;
-    }();
-    return ready;
-}
+using win32::ComPtr;
+using win32::comReady;
 
 // The first frame of a decoder converted to `format` with `channels`.
 Picture firstFrame(IWICImagingFactory* factory, IWICBitmapDecoder* decoder, REFWICPixelFormatGUID format,

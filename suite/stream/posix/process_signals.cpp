@@ -4,23 +4,9 @@
 
 namespace vx::stream {
 
-namespace {
-
-std::atomic<bool>* endRequested = nullptr;
-
-void onEndSignal(int)
+// A peer closing a socket mid-write (a camera's link) must not end the stream.
+void watchPlatformSignals(void (*)(int))
 {
-    if (endRequested)
-        *endRequested = true;
-}
-
-} // namespace
-
-void watchEndRequests(std::atomic<bool>& requested)
-{
-    endRequested = &requested;
-    std::signal(SIGTERM, onEndSignal);
-    std::signal(SIGINT, onEndSignal);
     std::signal(SIGPIPE, SIG_IGN);
 }
 

@@ -20,42 +20,15 @@
 
 #include "generated_scene.h"
 #include "imaging/picture_ops.h"
+#include "imaging/win32/com_object.h"
 #include "video_source.h"
 
 namespace vx::stream {
 
 namespace {
 
-template <typename T>
-struct ComPtr {
-    T* p = nullptr;
-    ComPtr() = default;
-    ComPtr(const ComPtr&) = delete;
-    ComPtr& operator=(const ComPtr&) = delete;
-    ~ComPtr() { reset(); }
-    void reset()
-    {
-        if (p)
-            p->Release();
-        p = nullptr;
-    }
-    T** out()
-    {
-        reset();
-        return &p;
-    }
-    T* operator->() const { return p; }
-};
-
-// COM on the reading thread, once.
-bool comReady()
-{
-    thread_local const bool ready = [] {
-        const HRESULT hr = CoInitializeEx(nullptr, COINIT_MULTITHREADED);
-        return SUCCEEDED(hr) || hr == RPC_E_CHANGED_MODE;
-    }();
-    return ready;
-}
+using imaging::win32::ComPtr;
+using imaging::win32::comReady;
 
 // Media Foundation is started for as long as one of its readers lives.
 struct MediaFoundation {

@@ -4,24 +4,10 @@
 
 namespace vx::stream {
 
-namespace {
-
-std::atomic<bool>* endRequested = nullptr;
-
-void onEndSignal(int)
+// Ctrl+Break in the stream's console asks for the end as Ctrl+C does.
+void watchPlatformSignals(void (*onEnd)(int))
 {
-    if (endRequested)
-        *endRequested = true;
-}
-
-} // namespace
-
-void watchEndRequests(std::atomic<bool>& requested)
-{
-    endRequested = &requested;
-    std::signal(SIGTERM, onEndSignal);
-    std::signal(SIGINT, onEndSignal);
-    std::signal(SIGBREAK, onEndSignal);
+    std::signal(SIGBREAK, onEnd);
 }
 
 } // namespace vx::stream
