@@ -188,8 +188,10 @@ TEST(SelfRunning, PicturesTheWatchAndANewStartThatFindsEverything)
 
     // The watch starts the services and both streams on its first ticks.
     ASSERT_TRUE(waitFor([&] { return countLines(log, secondStarted) > 0; }, 60000)) << readFileBytes(log);
+    // The watch looks services up by image name across the machine: while
+    // a stand-in of another test runs, ours waits for it to end.
     for (const char* image : {"vxInference.exe", "vxControl.exe", "vxMes.exe"})
-        EXPECT_NE(pidOf(folder, image), 0) << image;
+        EXPECT_TRUE(waitFor([&] { return pidOf(folder, image) != 0; }, 30000)) << image;
     // The stream runs under its command line: its file, the video folder and
     // its log, each quoted.
     bool streamSeen = false;
@@ -220,11 +222,14 @@ TEST(SelfRunning, PicturesTheWatchAndANewStartThatFindsEverything)
     HWND main = ::FindWindowW(L"Vexlane", nullptr);
     ASSERT_TRUE(main);
     ::PostMessageW(main, WM_CLOSE, 0, 0);
-    EXPECT_TRUE(waitFor([&] { return ::IsIconic(main) != FALSE; }, 5000));
-    EXPECT_TRUE(::GetWindowLongPtrW(main, GWL_EXSTYLE) & WS_EX_TOOLWINDOW);
+    // (The window's state shows before its size handler has run.)
+    EXPECT_TRUE(waitFor([&] {
+        return ::IsIconic(main) && (::GetWindowLongPtrW(main, GWL_EXSTYLE) & WS_EX_TOOLWINDOW);
+    }, 5000));
     ::PostMessageW(main, 1025, 1, WM_LBUTTONUP);
-    EXPECT_TRUE(waitFor([&] { return ::IsIconic(main) == FALSE; }, 5000));
-    EXPECT_TRUE(::GetWindowLongPtrW(main, GWL_EXSTYLE) & WS_EX_APPWINDOW);
+    EXPECT_TRUE(waitFor([&] {
+        return !::IsIconic(main) && (::GetWindowLongPtrW(main, GWL_EXSTYLE) & WS_EX_APPWINDOW);
+    }, 5000));
     ::SetWindowPos(main, nullptr, 40, 30, 900, 700, SWP_NOZORDER | SWP_NOACTIVATE);
     ::PostMessageW(main, WM_EXITSIZEMOVE, 0, 0);
     const fs::path mainConfig = install.configs() / "vx_main_config.json";
