@@ -28,8 +28,12 @@
 #include "supervision/http_clients.h"
 #include "supervision/stream_channel.h"
 #include "supervision/stream_control.h"
+#include "ui/win32/edit_hooks.h"
 #include "ui/win32/message_boxes.h"
 #include "ui/win32/resource_ids.h"
+#include "ui/win32/settings_migration_window.h"
+#include "ui/win32/settings_windows.h"
+#include "ui/win32/white_list_windows.h"
 #include "ui/win32/win_text.h"
 
 namespace vx::ui::win32 {
@@ -140,6 +144,7 @@ core::MainCommandHooks commandHooks(HWND window)
 core::SettingsHooks settingsHooks(HWND window, core::AppState& state)
 {
     core::SettingsHooks hooks = core::systemSettingsHooks(state);
+    hooks.dialogs = settingsDialogs(window);
     hooks.showMessage = [window](const std::string& title, const std::string& text) {
         showErrorBox(window, title, text);
     };
@@ -269,6 +274,7 @@ LRESULT MainWindow::handle(UINT message, WPARAM wParam, LPARAM lParam)
 
 void MainWindow::onCreate()
 {
+    offerSettingsMigration(window_, state_);
     buildMainMenu();
     buildTrayMenu();
     if (!buildMainDialog())
@@ -533,6 +539,7 @@ void MainWindow::onDialogCommand(int id)
     core::DialogCommandHooks hooks;
     hooks.commands = commandHooks(window_);
     hooks.settings = settingsHooks(window_, state_);
+    hooks.openWhiteLists = [this] { runWhiteListManager(window_, state_); };
     core::runDialogCommand(state_, actions_, id, hooks);
     showStatusText(state_.status.get());
 }
@@ -596,10 +603,7 @@ void MainWindow::onTileClick(int x, int y)
     state_.status.set("");
     showStatusText("");
     Win32Messages messages(window_);
-    core::EditHooks hooks =
-        core::systemEditHooks(state_, supervision::makeStreamControl(state_), services_);
-    hooks.messages = &messages;
-    hooks.redraw = [this] { redrawTiles(-1, -1); };
+    core::EditHooks hooks = windowEditHooks(window_, state_, messages, services_, [this] { redrawTiles(-1, -1); });
     core::editCamera(state_, *liveView_, hooks, x, y);
 }
 

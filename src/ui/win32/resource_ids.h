@@ -4,6 +4,27 @@
 #define IDI_VEXLANE 103
 #define IDD_MAIN_DIALOG 111
 
+// The dialogs. Each dialog's controls are named in the ids header of its
+// window (stream_window_ids.h, ...).
+#define IDD_STREAM 120
+#define IDD_RECOGNITION_SERVICE 122
+#define IDD_RECOGNITION 124
+#define IDD_SIGNALS_REPORTS 126
+#define IDD_SIGNAL 128
+#define IDD_WHITE_LISTS 130
+#define IDD_LIST_ENTRY 131
+#define IDD_NESTED_LIST 132
+#define IDD_NEW_WHITE_LIST 133
+#define IDD_SETTINGS 136
+#define IDD_PROCESS_CONTROL 140
+#define IDD_CONTROL_SERVICE 142
+#define IDD_ABOUT 150
+#define IDD_MESSENGERS 153
+#define IDD_MESSENGER_CHANNEL 154
+#define IDD_CAMERA_SCAN 160
+#define IDD_CAMERA_LINK 161
+#define IDD_SETTINGS_MIGRATION 170
+
 // The main dialog's buttons, status panels and tile area.
 #define IDC_START_ALL 1036
 #define IDC_STOP_ALL 1037

@@ -15,4 +15,9 @@ std::wstring wideLiteral(const char* utf8)
     return platform::win32::widen(utf8);
 }
 
+std::string cp1251Of(const std::wstring& wide)
+{
+    return config::utf8ToCp1251(platform::win32::narrow(wide));
+}
+
 } // namespace vx::ui::win32
