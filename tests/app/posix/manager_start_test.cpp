@@ -39,10 +39,13 @@ class ManagerStart : public ::testing::Test {
 protected:
     fs::path logFile() const { return install_.logs() / "VexlaneLog.txt"; }
 
-    // Starts the manager, waits for its files and its first two log lines,
-    // then asks it to end; returns its exit code (-1 when it didn't end).
+    // Starts the manager, waits for its files and the first two log lines of
+    // this run (an earlier run's log is still there until the new run
+    // archives it), then asks it to end; returns its exit code (-1 when it
+    // didn't end).
     int runOnce()
     {
+        const std::string earlier = fs::exists(logFile()) ? readFileBytes(logFile()) : std::string();
         auto manager = install_.startManager();
         if (!manager)
             return -2;
@@ -50,7 +53,7 @@ protected:
             [&] {
                 return fs::exists(install_.configs() / "vx_main_config.json") &&
                        fs::exists(install_.configs() / "vx_control_config.json") &&
-                       logLines(logFile()).size() >= 2;
+                       readFileBytes(logFile()) != earlier && logLines(logFile()).size() >= 2;
             },
             15000);
         EXPECT_TRUE(started);
