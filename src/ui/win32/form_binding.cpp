@@ -75,7 +75,10 @@ void setEnabled(HWND control, bool enabled)
 
 void setVisible(HWND control, bool visible)
 {
-    if ((::IsWindowVisible(control) != FALSE) != visible)
+    // The control's own flag: before the dialog shows, IsWindowVisible is
+    // false for every control in it.
+    const bool shown = (::GetWindowLongPtrW(control, GWL_STYLE) & WS_VISIBLE) != 0;
+    if (shown != visible)
         ::ShowWindow(control, visible ? SW_SHOW : SW_HIDE);
 }
 

@@ -28,6 +28,7 @@
 #include "supervision/http_clients.h"
 #include "supervision/stream_channel.h"
 #include "supervision/stream_control.h"
+#include "ui/win32/about_window.h"
 #include "ui/win32/edit_hooks.h"
 #include "ui/win32/message_boxes.h"
 #include "ui/win32/resource_ids.h"
@@ -135,9 +136,7 @@ core::MainCommandHooks commandHooks(HWND window)
     hooks.showMessage = [window](const std::string& title, const std::string& text) {
         showErrorBox(window, title, text);
     };
-    hooks.showAbout = [window](const std::string& text) {
-        ::MessageBoxW(window, wideOf(text).c_str(), wideLiteral("О программе").c_str(), MB_ICONINFORMATION);
-    };
+    hooks.showAbout = [window](const std::string& text) { showAboutDialog(window, text); };
     return hooks;
 }
 

@@ -44,6 +44,7 @@ std::string windowText(HWND window)
 }
 
 struct Search {
+    DWORD process;
     std::wstring title;
     HWND found = nullptr;
 };
@@ -53,7 +54,7 @@ BOOL CALLBACK findOurs(HWND window, LPARAM context)
     auto* search = reinterpret_cast<Search*>(context);
     DWORD process = 0;
     ::GetWindowThreadProcessId(window, &process);
-    if (process != ::GetCurrentProcessId() || !::IsWindowVisible(window))
+    if (process != search->process || !::IsWindowVisible(window))
         return TRUE;
     wchar_t kind[16] = {};
     ::GetClassNameW(window, kind, 16);
@@ -68,9 +69,9 @@ BOOL CALLBACK findOurs(HWND window, LPARAM context)
     return TRUE;
 }
 
-HWND findDialog(const std::wstring& title)
+HWND findDialog(DWORD process, const std::wstring& title)
 {
-    Search search{title, nullptr};
+    Search search{process, title, nullptr};
     ::EnumWindows(findOurs, reinterpret_cast<LPARAM>(&search));
     return search.found;
 }
@@ -105,10 +106,15 @@ void notifyParent(HWND dialog, int id, UINT code)
 
 HWND waitForDialog(const char* title, std::chrono::milliseconds limit)
 {
+    return waitForDialogOf(::GetCurrentProcessId(), title, limit);
+}
+
+HWND waitForDialogOf(DWORD process, const char* title, std::chrono::milliseconds limit)
+{
     const std::wstring wanted = wide(title);
     const auto end = Clock::now() + limit;
     while (Clock::now() < end) {
-        if (HWND found = findDialog(wanted))
+        if (HWND found = findDialog(process, wanted))
             return found;
         std::this_thread::sleep_for(20ms);
     }

@@ -17,6 +17,8 @@ using namespace std::chrono_literals;
 // The dialog of this process titled `title` (class #32770), waited for; null
 // when none came within `limit`.
 HWND waitForDialog(const char* title, std::chrono::milliseconds limit = 10s);
+// The same for a dialog of another process (the manager under test).
+HWND waitForDialogOf(DWORD process, const char* title, std::chrono::milliseconds limit = 10s);
 // True once `window` is gone (or hidden) within `limit`.
 bool waitGone(HWND window, std::chrono::milliseconds limit = 10s);
 

@@ -1,0 +1,354 @@
+// The settings, service, messenger, About and settings migration dialogs as
+// Win32 dialogs, opened through the manager's own commands and driven with
+// the messages their controls take: what the operator types reaches the
+// form, a refused OK shows its box, and OK saves.
+#include <gtest/gtest.h>
+
+#include <future>
+
+#include "config/messenger_config.h"
+#include "config/text_codec.h"
+#include "core/main_commands.h"
+#include "core/settings_commands.h"
+#include "core/startup.h"
+#include "support/captured_stderr.h"
+#include "support/temp_dir.h"
+#include "support/text_file.h"
+#include "support/win32/dialog_driver.h"
+#include "ui/win32/about_window.h"
+#include "ui/win32/about_window_ids.h"
+#include "ui/win32/settings_migration_window.h"
+#include "ui/win32/settings_migration_window_ids.h"
+#include "ui/win32/settings_windows.h"
+#include "ui/win32/settings_windows_ids.h"
+
+using namespace vx;
+using namespace vx::test;
+using Calls = std::vector<std::string>;
+namespace fs = std::filesystem;
+
+namespace {
+
+std::string cp(const char* utf8) { return config::utf8ToCp1251(utf8); }
+
+// The manager's state on a temporary config folder; requests, autorun,
+// spawns and the folder picker are noted in order, tasks run at once.
+struct SettingsWorld {
+    CapturedStderr quiet;   // the first save finds no file to keep a copy of
+    TempDir dir;
+    core::AppState state;
+    core::ProcessActions actions;
+    core::SettingsHooks hooks;
+    Calls calls;
+
+    SettingsWorld()
+    {
+        fs::create_directories(dir.path() / "configs");
+        state.baseDirectory = dir.path();
+        state.ConfigDirectory = (dir.path() / "configs").string();
+        state.liveMainConfig.systemLogPath = dir.path().string();
+        state.liveMainConfig.recogLogPath = dir.path().string();
+        actions.saveMainConfig = [this] {
+            calls.push_back("save");
+            return core::saveMainConfig(state);
+        };
+        auto note = [this](const char* service) {
+            return [this, service](const std::string& path, bool restart) {
+                calls.push_back(std::string(service) + " " + path + (restart ? " restart" : ""));
+            };
+        };
+        actions.threadRequests = note("recognition");
+        actions.threadRequestsToDirect = note("control");
+        actions.threadRequestsToMes = note("mes");
+        actions.launch = [](std::function<void()> task) {
+            task();
+            std::promise<void> done;
+            done.set_value();
+            return done.get_future();
+        };
+        hooks.spawn = [this](std::function<void()> task) {
+            calls.push_back("spawn");
+            task();
+        };
+        hooks.setAutorun = [this](const std::string& name, const fs::path&, bool enabled) {
+            calls.push_back("autorun " + name + (enabled ? " on" : " off"));
+            return true;
+        };
+        hooks.showMessage = [this](const std::string& title, const std::string& text) {
+            calls.push_back("message " + config::cp1251ToUtf8(title) + ": " + config::cp1251ToUtf8(text));
+        };
+        hooks.replaceVideoQuota = [this] { calls.push_back("quota"); };
+        hooks.rewriteAllStreams = [this] { calls.push_back("rewrite streams"); };
+        // The folder picker answers with a Cyrillic folder.
+        hooks.dialogs = ui::win32::settingsDialogs(nullptr, [this](const std::string& start) {
+            calls.push_back("pick " + config::cp1251ToUtf8(start));
+            return std::optional<std::string>(cp("C:\\видео"));
+        });
+    }
+    std::string file(const char* name) const { return readText(dir.path() / "configs" / name); }
+    std::string status() const { return config::cp1251ToUtf8(state.status.get()); }
+};
+
+bool holds(const std::string& text, const std::string& part) { return text.find(part) != std::string::npos; }
+
+} // namespace
+
+TEST(SettingsWindows, SettingsRefuseAMissingLogFolderThenSaveAndTheWatchSwitchFollows)
+{
+    SettingsWorld w;
+    w.state.liveMainConfig.systemLevel = 9;
+    w.state.liveMainConfig.videoPath = "C:\\old";
+    const std::string folder = utf8Path(w.dir.path());
+    const std::string missing = utf8Path(w.dir.path() / "missing");
+    Calls boxes;
+    DialogScript script([&] {
+        HWND d = waitForDialog("Настройки");
+        ASSERT_TRUE(d);
+        shoot(d, "settings");
+        EXPECT_EQ(selectedIndex(d, IDC_SETTINGS_SYSTEM_LEVEL), 5);   // 9 shows as "Critical"
+        EXPECT_EQ(shownText(d, IDC_SETTINGS_SYSTEM_LOG_PATH), folder);
+        click(d, IDC_SETTINGS_VIDEO_BROWSE);
+        EXPECT_EQ(shownText(d, IDC_SETTINGS_VIDEO_PATH), "C:\\видео");
+        EXPECT_EQ(shownText(d, IDC_SETTINGS_REPORTS_PATH), "");
+
+        typeText(d, IDC_SETTINGS_SYSTEM_LOG_PATH, missing.c_str());
+        typeText(d, IDC_SETTINGS_RECOG_LOG_PATH, missing.c_str());
+        click(d, IDOK);
+        boxes.push_back(answerMessageBox("Сообщение"));
+        boxes.push_back(answerMessageBox("Сообщение", IDOK, 300ms));   // one box only
+        typeText(d, IDC_SETTINGS_SYSTEM_LOG_PATH, folder.c_str());
+        typeText(d, IDC_SETTINGS_RECOG_LOG_PATH, folder.c_str());
+        choose(d, IDC_SETTINGS_SYSTEM_LEVEL, 1);
+        typeText(d, IDC_SETTINGS_VIDEO_CHUNK, "");
+        typeText(d, IDC_SETTINGS_TIME_LIFE, "30");
+        click(d, IDC_SETTINGS_AUTORUN);
+        EXPECT_TRUE(isChecked(d, IDC_SETTINGS_AUTORUN));
+        click(d, IDOK);
+        EXPECT_TRUE(waitGone(d));
+    });
+    core::editSettings(w.state, w.actions, w.hooks);
+    ASSERT_TRUE(script.finished());
+    EXPECT_EQ(boxes, (Calls{"Несуществующая директория для журнала распознавания!", ""}));
+    EXPECT_EQ(w.calls, (Calls{"pick C:\\old", "autorun Vexlane on", "save", "spawn", "control /UpdateConfig", "quota"}));
+    EXPECT_EQ(w.status(), "Настройки сохранены!");
+    std::string main = w.file("vx_main_config.json");
+    EXPECT_TRUE(holds(main, "\"systemLevel\":1,")) << main;
+    EXPECT_TRUE(holds(main, "\"videoChunk\":300,")) << main;   // empty: the working default
+    EXPECT_TRUE(holds(main, "\"timeLife\":30,")) << main;
+    EXPECT_TRUE(holds(main, "\"autoRunManager\":true")) << main;
+    EXPECT_TRUE(holds(main, "\"videoPath\":\"C:\\\\видео\"")) << main;
+
+    // "Контроль": the one switch, saved; the watch is switched on.
+    w.calls.clear();
+    DialogScript watch([&] {
+        HWND d = waitForDialog("Контроль за запущенными процессами");
+        ASSERT_TRUE(d);
+        shoot(d, "process_control");
+        EXPECT_FALSE(isChecked(d, IDC_PROCESS_CONTROL_ON));
+        click(d, IDC_PROCESS_CONTROL_ON);
+        click(d, IDOK);
+        EXPECT_TRUE(waitGone(d));
+    });
+    core::editProcessControl(w.state, w.actions, w.hooks);
+    ASSERT_TRUE(watch.finished());
+    EXPECT_EQ(w.calls, Calls{"save"});
+    EXPECT_EQ(w.state.restartControl.load(), 10);
+    EXPECT_EQ(w.status(), "Контроля перезапуска включен!");
+    main = w.file("vx_main_config.json");
+    EXPECT_TRUE(holds(main, "\"globalRestart\":true")) << main;
+}
+
+TEST(SettingsWindows, ServiceDialogsAskBeforeTheRestartAndSaveTheirFiles)
+{
+    SettingsWorld w;
+    Calls boxes;
+    DialogScript script([&] {
+        HWND d = waitForDialog("Глобальные настройки распознавания автомобильных номеров");
+        ASSERT_TRUE(d);
+        EXPECT_EQ(shownText(d, IDOK), "Перезапуск сервиса");
+        EXPECT_EQ(shownText(d, IDC_RECOG_SRV_UNLOCK), "Блок");
+        EXPECT_FALSE(isEnabled(d, IDC_RECOG_SRV_GPU_OBJECTS));
+        click(d, IDC_RECOG_SRV_UNLOCK);
+        EXPECT_NE(answerMessageBox("Осторожно!", IDYES), "");
+        EXPECT_TRUE(isEnabled(d, IDC_RECOG_SRV_GPU_OBJECTS));
+        shoot(d, "recognition_service");
+        typeText(d, IDC_RECOG_SRV_GPU_OBJECTS, "4");
+        typeText(d, IDC_RECOG_SRV_PORT, "999");
+        typeText(d, IDC_RECOG_SRV_MIN_WIDTH, "19");
+        click(d, IDOK);
+        boxes.push_back(answerMessageBox("Сообщение"));
+        typeText(d, IDC_RECOG_SRV_PORT, "8090");
+        typeText(d, IDC_RECOG_SRV_MIN_WIDTH, "80");
+        click(d, IDC_RECOG_SRV_COUNTRY_FIRST + 1);
+        choose(d, IDC_RECOG_SRV_MODELS, 3);
+        click(d, IDOK);
+        boxes.push_back(answerMessageBox("Осторожно!", IDNO));
+        EXPECT_EQ(shownText(d, IDC_RECOG_SRV_PORT), "8090");   // No keeps the dialog as typed
+        click(d, IDOK);
+        boxes.push_back(answerMessageBox("Осторожно!", IDYES));
+        EXPECT_TRUE(waitGone(d));
+    });
+    core::editRecognitionService(w.state, w.actions, w.hooks);
+    ASSERT_TRUE(script.finished());
+    EXPECT_EQ(boxes, (Calls{"Неправильно задано значение минимальной ширины номера в пикселях [20 - 2000]!",
+                            "После этого действия система распознавания будет перезагружена! Продолжить?",
+                            "После этого действия система распознавания будет перезагружена! Продолжить?"}));
+    EXPECT_EQ(w.calls, (Calls{"recognition /StopServer restart", "rewrite streams"}));
+    EXPECT_EQ(w.status(), "Отправлена команда для перезапуска сервиса распознавания!");
+    const std::string recognition = w.file("vx_recog_config_srv.json");
+    for (const char* line : {"\"port\":8090,", "\"minPlateWidth\":80,", "\"gpuObjects\":4, ", "\"modeConfig\":3,"})
+        EXPECT_TRUE(holds(recognition, line)) << line << "\n" << recognition;
+    EXPECT_TRUE(holds(recognition, "\"plateTemplates\":[\"az\"]")) << recognition;
+
+    // The control service: a stored "Не использовать" shows, the single file is chosen.
+    w.calls.clear();
+    w.state.controlConfig.modeDB = 0;
+    DialogScript control([&] {
+        HWND d = waitForDialog("Настройки сервиса управления");
+        ASSERT_TRUE(d);
+        EXPECT_TRUE(isChecked(d, IDC_CONTROL_SRV_DB_NONE));
+        click(d, IDC_CONTROL_SRV_DB_SINGLE);
+        EXPECT_TRUE(isChecked(d, IDC_CONTROL_SRV_DB_SINGLE));
+        EXPECT_FALSE(isChecked(d, IDC_CONTROL_SRV_DB_NONE));
+        click(d, IDC_CONTROL_SRV_EQUAL_LATIN_CYR);
+        typeText(d, IDC_CONTROL_SRV_PORT, "1236");
+        shoot(d, "control_service");
+        click(d, IDOK);
+        EXPECT_EQ(answerMessageBox("Осторожно!", IDYES),
+                  "После этого действия система управления будет перезагружена! Продолжить?");
+        EXPECT_TRUE(waitGone(d));
+    });
+    core::editControlService(w.state, w.actions, w.hooks);
+    ASSERT_TRUE(control.finished());
+    EXPECT_EQ(w.calls, (Calls{"control /StopServer restart", "rewrite streams"}));
+    const std::string controlFile = w.file("vx_control_config.json");
+    EXPECT_TRUE(holds(controlFile, "\"port\":1236,")) << controlFile;
+    EXPECT_TRUE(holds(controlFile, "\"modeDB\":1,")) << controlFile;
+    EXPECT_TRUE(w.state.controlConfig.equalLatinCyr);
+}
+
+TEST(SettingsWindows, AChannelAcceptedBeforeCancelIsSavedAndOkWithTheServiceOffStopsIt)
+{
+    SettingsWorld w;
+    config::MessengersConfig stored;
+    stored.port = 5000;
+    stored.on = true;
+    stored.channels[0].on = true;
+    ASSERT_TRUE(config::saveMessengers(w.state.ConfigDirectory, stored));
+    Calls boxes;
+    DialogScript script([&] {
+        HWND d = waitForDialog("Сервис мессенджеров");
+        ASSERT_TRUE(d);
+        EXPECT_EQ(shownText(d, IDC_MESSENGERS_PORT), "5000");
+        EXPECT_TRUE(isChecked(d, IDC_MESSENGERS_ON));
+        EXPECT_EQ(shownText(d, IDC_MESSENGERS_SLOT_FIRST + 2), "Слот 3");
+        click(d, IDC_MESSENGERS_SLOT_FIRST + 2);
+        HWND c = waitForDialog("Слот 3");
+        ASSERT_TRUE(c);
+        EXPECT_TRUE(isShown(c, IDC_CHANNEL_CHAT_ID));
+        EXPECT_FALSE(isShown(c, IDC_CHANNEL_SERVER));
+        EXPECT_TRUE(isEnabled(c, IDC_CHANNEL_DELAY_SAME_MS));
+        EXPECT_FALSE(isEnabled(c, IDC_CHANNEL_DELAY_ANY_MS));
+        choose(c, IDC_CHANNEL_TYPE, 2);
+        EXPECT_FALSE(isShown(c, IDC_CHANNEL_CHAT_ID));
+        EXPECT_TRUE(isShown(c, IDC_CHANNEL_SERVER));
+        EXPECT_TRUE(isShown(c, IDC_CHANNEL_RECEIVER_LABEL));
+        EXPECT_EQ(shownText(c, IDC_CHANNEL_TOKEN_LABEL), "Пароль (на диске хранится в зашифрованном виде):");
+        click(c, IDC_CHANNEL_DELAY_ANY);
+        EXPECT_TRUE(isEnabled(c, IDC_CHANNEL_DELAY_ANY_MS));
+        typeText(c, IDC_CHANNEL_NAME, "Почта");
+        typeText(c, IDC_CHANNEL_SERVER, "smtp.example.org");
+        typeText(c, IDC_CHANNEL_DELAY_ANY_MS, "100001");
+        click(c, IDC_CHANNEL_ON);
+        shoot(c, "messenger_channel");
+        click(c, IDOK);
+        boxes.push_back(answerMessageBox("Сообщение"));
+        typeText(c, IDC_CHANNEL_DELAY_ANY_MS, "100000");
+        click(c, IDOK);
+        EXPECT_TRUE(waitGone(c));
+        shoot(d, "messengers");   // slots 1 and 3 white on green
+        typeText(d, IDC_MESSENGERS_PORT, "6000");
+        click(d, IDCANCEL);
+        EXPECT_TRUE(waitGone(d));
+    });
+    core::editMessengers(w.state, w.actions, w.hooks);
+    ASSERT_TRUE(script.finished());
+    EXPECT_EQ(boxes, Calls{"Время пропуска должно быть в пределах от 0 до 100000 миллисекунд!"});
+    EXPECT_TRUE(w.calls.empty());   // saved, but the service isn't told
+    std::string file = w.file("vx_mess_config.json");
+    EXPECT_TRUE(holds(file, "\"port\":5000,")) << file;
+    EXPECT_TRUE(holds(file, "smtp.example.org")) << file;
+    EXPECT_TRUE(holds(file, "\"delayAnyMS\":100000")) << file;
+    EXPECT_EQ(w.state.messengersConfig.channels[2].name, cp("Почта"));
+    EXPECT_EQ(w.state.messengersConfig.channels[2].typeMessenger, 2);
+    EXPECT_EQ(w.state.messengersConfig.channels[2].channelID, 3);
+
+    // OK with the service switched off stops it.
+    DialogScript off([&] {
+        HWND d = waitForDialog("Сервис мессенджеров");
+        ASSERT_TRUE(d);
+        click(d, IDC_MESSENGERS_ON);
+        click(d, IDOK);
+        EXPECT_TRUE(waitGone(d));
+    });
+    core::editMessengers(w.state, w.actions, w.hooks);
+    ASSERT_TRUE(off.finished());
+    EXPECT_EQ(w.calls, Calls{"mes /StopServer"});
+    EXPECT_EQ(w.status(), "Отправлена команда для остановки сервиса мессенджеров!");
+    EXPECT_FALSE(w.state.messengersConfig.on);
+}
+
+TEST(SettingsWindows, AboutShowsTheVersionAndTheMigrationCopiesOnlyOnceItCan)
+{
+    SettingsWorld w;
+    w.state.versionText = "2.5.1";
+    w.state.shuttingDown = true;   // asked for while the dialog was open
+    core::MainCommandHooks commands;
+    commands.showAbout = [&w](const std::string& text) {
+        w.calls.push_back("about");
+        ui::win32::showAboutDialog(nullptr, text);
+    };
+    commands.destroyWindow = [&w] { w.calls.push_back("destroy"); };
+    std::string about;
+    DialogScript script([&] {
+        HWND d = waitForDialog("О программе");
+        ASSERT_TRUE(d);
+        about = shownText(d, IDC_ABOUT_TEXT);
+        shoot(d, "about");
+        click(d, IDOK);
+        EXPECT_TRUE(waitGone(d));
+    });
+    core::runMenuCommand(w.state, core::menuAbout, commands);
+    ASSERT_TRUE(script.finished());
+    EXPECT_EQ(about, "Vexlane Распознавание автомобильных номеров\nВерсия 2.5.1");
+    EXPECT_EQ(w.calls, (Calls{"about", "destroy"}));
+
+    // The earlier installation has no configs yet: OK shows why and stays.
+    const fs::path earlier = w.dir.path() / "earlier";
+    fs::create_directories(earlier);
+    w.state.previousInstallPath = earlier.string();
+    w.state.migrateFolders = true;
+    std::string text, refusal;
+    bool tickedAtFirst = false;
+    DialogScript migration([&] {
+        HWND d = waitForDialog("Помощь в переносе настроек из последней запущенной программы");
+        ASSERT_TRUE(d);
+        text = shownText(d, IDC_MIGRATION_TEXT);
+        tickedAtFirst = isChecked(d, IDC_MIGRATION_MOVE_FOLDERS);
+        shoot(d, "settings_migration");
+        click(d, IDOK);
+        refusal = answerMessageBox("Сообщение");
+        fs::create_directories(earlier / "configs");
+        writeFileBytes(earlier / "configs" / "receiversamples.json", "[]");
+        click(d, IDC_MIGRATION_MOVE_FOLDERS);
+        click(d, IDOK);
+        EXPECT_TRUE(waitGone(d));
+    });
+    ui::win32::offerSettingsMigration(nullptr, w.state);
+    ASSERT_TRUE(migration.finished());
+    EXPECT_TRUE(holds(text, utf8Path(earlier))) << text;
+    EXPECT_TRUE(tickedAtFirst);
+    EXPECT_EQ(refusal.rfind("Настройки не удалось перенести: ", 0), 0u) << refusal;
+    EXPECT_EQ(readText(w.dir.path() / "configs" / "receiversamples.json"), "[]");
+    EXPECT_FALSE(w.state.migrateFolders);
+}
