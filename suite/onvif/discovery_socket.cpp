@@ -1,15 +1,10 @@
 #include "discovery_socket.h"
 
-#include <arpa/inet.h>
-#include <ifaddrs.h>
-#include <net/if.h>
-#include <netinet/in.h>
-#include <poll.h>
-#include <sys/socket.h>
-#include <unistd.h>
-
+#include <algorithm>
 #include <chrono>
 #include <cstdlib>
+
+#include "onvif_addresses.h"
 
 namespace onvif {
 
@@ -21,65 +16,21 @@ constexpr const char* multicastGroup = "239.255.255.250";
 constexpr int resendGapMs = 150;
 constexpr int sendRounds = 3;
 
-class Socket {
-public:
-    Socket() : fd_(::socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0)) {}
-    ~Socket()
-    {
-        if (fd_ >= 0)
-            ::close(fd_);
-    }
-    Socket(Socket&& other) noexcept : fd_(other.fd_) { other.fd_ = -1; }
-    Socket(const Socket&) = delete;
-    Socket& operator=(const Socket&) = delete;
-    int fd() const { return fd_; }
-    bool valid() const { return fd_ >= 0; }
-
-private:
-    int fd_;
-};
-
-std::optional<sockaddr_in> toAddress(const Endpoint& endpoint)
-{
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_port = htons(endpoint.port);
-    if (inet_pton(AF_INET, endpoint.host.c_str(), &address.sin_addr) != 1)
-        return std::nullopt;
-    return address;
-}
-
 // One socket per up, non-loopback IPv4 interface, each bound to its
 // address and sending its multicast there; one plain socket when there is
 // none, which reaches the default route.
-std::vector<Socket> multicastSockets()
+std::vector<UdpSocket> multicastSockets()
 {
-    std::vector<Socket> sockets;
-    ifaddrs* list = nullptr;
-    if (::getifaddrs(&list) == 0) {
-        for (ifaddrs* i = list; i; i = i->ifa_next) {
-            if (!i->ifa_addr || i->ifa_addr->sa_family != AF_INET)
-                continue;
-            if (!(i->ifa_flags & IFF_UP) || (i->ifa_flags & IFF_LOOPBACK))
-                continue;
-            Socket socket;
-            if (!socket.valid())
-                continue;
-            sockaddr_in local = *reinterpret_cast<const sockaddr_in*>(i->ifa_addr);
-            local.sin_port = 0;
-            if (::bind(socket.fd(), reinterpret_cast<const sockaddr*>(&local), sizeof local) != 0)
-                continue;
-            ::setsockopt(socket.fd(), IPPROTO_IP, IP_MULTICAST_IF, &local.sin_addr, sizeof local.sin_addr);
-            const unsigned char ttl = 2;
-            const unsigned char loop = 0;
-            ::setsockopt(socket.fd(), IPPROTO_IP, IP_MULTICAST_TTL, &ttl, sizeof ttl);
-            ::setsockopt(socket.fd(), IPPROTO_IP, IP_MULTICAST_LOOP, &loop, sizeof loop);
-            sockets.push_back(std::move(socket));
-        }
-        ::freeifaddrs(list);
+    std::vector<UdpSocket> sockets;
+    for (const std::string& address : interfaceAddresses()) {
+        UdpSocket socket;
+        if (!socket.valid() || !socket.bind({address, 0}))
+            continue;
+        socket.multicastFrom(address);
+        sockets.push_back(std::move(socket));
     }
     if (sockets.empty()) {
-        Socket socket;
+        UdpSocket socket;
         if (socket.valid())
             sockets.push_back(std::move(socket));
     }
@@ -90,48 +41,35 @@ std::vector<Socket> multicastSockets()
 // and hands each datagram that comes back, with its source address, to
 // `take` until `listenMs` has passed or `take` says it has enough.
 template <class Take>
-void probeAndListen(const std::vector<Socket>& sockets, const std::vector<sockaddr_in>& targets, int listenMs,
+void probeAndListen(const std::vector<UdpSocket>& sockets, const std::vector<Endpoint>& targets, int listenMs,
                     Take take)
 {
     const std::string probes[2] = {probeMessage(newMessageId(), ProbeType::networkVideoTransmitter),
                                    probeMessage(newMessageId(), ProbeType::device)};
-    std::vector<pollfd> polls;
-    for (const Socket& socket : sockets)
-        polls.push_back({socket.fd(), POLLIN, 0});
+    std::vector<const UdpSocket*> waited;
+    for (const UdpSocket& socket : sockets)
+        waited.push_back(&socket);
     const auto start = Clock::now();
     const auto end = start + std::chrono::milliseconds(listenMs);
     int roundsSent = 0;
-    std::string buffer(65536, '\0');
     for (;;) {
         const auto now = Clock::now();
         if (now >= end)
             return;
         if (roundsSent < sendRounds && now >= start + std::chrono::milliseconds(roundsSent * resendGapMs)) {
-            for (const Socket& socket : sockets)
-                for (const sockaddr_in& target : targets)
+            for (const UdpSocket& socket : sockets)
+                for (const Endpoint& target : targets)
                     for (const std::string& probe : probes)
-                        ::sendto(socket.fd(), probe.data(), probe.size(), 0,
-                                 reinterpret_cast<const sockaddr*>(&target), sizeof target);
+                        socket.sendTo(target, probe);
             ++roundsSent;
         }
         auto wakeAt = end;
         if (roundsSent < sendRounds)
             wakeAt = std::min(wakeAt, start + std::chrono::milliseconds(roundsSent * resendGapMs));
         const auto waitMs = std::chrono::ceil<std::chrono::milliseconds>(wakeAt - Clock::now()).count();
-        if (::poll(polls.data(), polls.size(), static_cast<int>(std::max<long long>(0, waitMs))) <= 0)
-            continue;
-        for (pollfd& p : polls) {
-            if (!(p.revents & POLLIN))
-                continue;
-            sockaddr_in from{};
-            socklen_t fromSize = sizeof from;
-            const ssize_t n = ::recvfrom(p.fd, buffer.data(), buffer.size(), 0,
-                                         reinterpret_cast<sockaddr*>(&from), &fromSize);
-            if (n <= 0)
-                continue;
-            char source[INET_ADDRSTRLEN] = {};
-            ::inet_ntop(AF_INET, &from.sin_addr, source, sizeof source);
-            if (take(std::string_view(buffer.data(), static_cast<std::size_t>(n)), std::string(source)))
+        for (std::size_t i : waitReadable(waited, static_cast<int>(std::max<long long>(0, waitMs)))) {
+            const auto datagram = sockets[i].receive();
+            if (datagram && take(std::string_view(datagram->bytes), datagram->from.host))
                 return;
         }
     }
@@ -156,7 +94,7 @@ std::optional<std::vector<Endpoint>> probeTargetsFromEnvironment()
         if (colon != std::string::npos) {
             const int port = std::atoi(item.c_str() + colon + 1);
             Endpoint endpoint{item.substr(0, colon), static_cast<std::uint16_t>(port)};
-            if (port > 0 && port < 65536 && toAddress(endpoint))
+            if (port > 0 && port < 65536 && isIpv4(endpoint.host))
                 targets.push_back(endpoint);
         }
         p = comma + 1;
@@ -176,20 +114,17 @@ std::uint16_t discoveryPort()
 
 std::vector<FoundCamera> scanCameras(const std::optional<std::vector<Endpoint>>& unicastTargets, int listenMs)
 {
-    std::vector<Socket> sockets;
-    std::vector<sockaddr_in> targets;
+    std::vector<UdpSocket> sockets;
+    std::vector<Endpoint> targets;
     if (unicastTargets) {
-        for (const Endpoint& endpoint : *unicastTargets)
-            if (auto address = toAddress(endpoint))
-                targets.push_back(*address);
+        targets = *unicastTargets;
         if (targets.empty())
             return {};
-        Socket socket;
+        UdpSocket socket;
         if (socket.valid())
             sockets.push_back(std::move(socket));
     } else {
-        if (auto group = toAddress({multicastGroup, 3702}))
-            targets.push_back(*group);
+        targets.push_back({multicastGroup, 3702});
         sockets = multicastSockets();
     }
     if (sockets.empty())
@@ -205,15 +140,14 @@ std::vector<FoundCamera> scanCameras(const std::optional<std::vector<Endpoint>>&
 
 std::vector<std::string> probeCamera(const Endpoint& camera, int waitMs)
 {
-    const auto target = toAddress(camera);
-    if (!target)
+    if (!isIpv4(camera.host))
         return {};
-    std::vector<Socket> sockets;
+    std::vector<UdpSocket> sockets;
     sockets.emplace_back();
     if (!sockets.front().valid())
         return {};
     std::vector<std::string> xaddrs;
-    probeAndListen(sockets, {*target}, waitMs, [&](std::string_view datagram, const std::string&) {
+    probeAndListen(sockets, {camera}, waitMs, [&](std::string_view datagram, const std::string&) {
         for (const ProbeMatch& match : parseProbeMatches(datagram))
             if (!match.xaddrs.empty()) {
                 xaddrs = match.xaddrs;

@@ -1,7 +1,7 @@
 #pragma once
 // WS-Discovery on the wire: probes from one socket per network card to the
-// multicast group, answers by unicast to the probe's source port, read with
-// poll for a fixed time.
+// multicast group, answers by unicast to the probe's source port, read
+// for a fixed time.
 //
 // Tests never reach the group: VX_ONVIF_PROBE_TARGETS ("host:port,..."),
 // meant for tests only, sends the probes by unicast to those addresses
@@ -13,13 +13,9 @@
 #include <vector>
 
 #include "discovery_messages.h"
+#include "udp_socket.h"
 
 namespace onvif {
-
-struct Endpoint {
-    std::string host;   // IPv4
-    std::uint16_t port = 0;
-};
 
 // The targets of VX_ONVIF_PROBE_TARGETS: nothing when it is unset, an empty
 // list when it is set but unreadable (then nothing is sent at all).

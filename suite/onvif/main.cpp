@@ -5,13 +5,15 @@
 // for the scan, {"rtsp":".."} or {} for the link. A run never lasts longer
 // than its time limit (17 s, below the manager's 20-second wait): a
 // watchdog prints what a failed run prints and ends the process.
-#include <csignal>
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <thread>
-#include <unistd.h>
 
 #include "discovery_socket.h"
+#include "process_setup.h"
 #include "stream_link.h"
 #include "tool_output.h"
 
@@ -50,8 +52,7 @@ int usage()
 
 int main(int argc, char** argv)
 {
-    // A reader that went away must not end us before we are done.
-    std::signal(SIGPIPE, SIG_IGN);
+    onvif::prepareProcess();
     const int limitMs = timeLimitMs();
     const auto deadline = onvif::Clock::now() + std::chrono::milliseconds(limitMs - 500);
     if (argc == 2 && std::strcmp(argv[1], "-scan") == 0) {

@@ -6,6 +6,7 @@
 #include <cctype>
 #include <ctime>
 
+#include "http_exchange.h"
 #include "onvif_addresses.h"
 #include "trace.h"
 #include "ws_security.h"
@@ -113,18 +114,16 @@ SoapReply SoapClient::post(const std::string& url, const std::string& envelope, 
     httplib::Client client(formatUrl(base));
     if (!client.is_valid())
         return {};
-    client.enable_server_certificate_verification(false);
     setTimeout(std::min(connectTimeoutMs, left), [&](time_t s, time_t us) { client.set_connection_timeout(s, us); });
     setTimeout(std::min(readTimeoutMs, left), [&](time_t s, time_t us) {
         client.set_read_timeout(s, us);
         client.set_write_timeout(s, us);
     });
-    if (authenticate && !login_.empty())
-        client.set_digest_auth(login_.c_str(), password_.c_str());
+    const DigestLogin digest{login_, password_};
     std::string contentType = "application/soap+xml; charset=utf-8";
     if (!action.empty())
         contentType += "; action=\"" + action + "\"";
-    auto result = client.Post(path.c_str(), envelope, contentType.c_str());
+    auto result = postRequest(client, path, envelope, contentType, authenticate && !login_.empty() ? &digest : nullptr);
     if (!result) {
         trace("POST " + url + " failed: " + httplib::to_string(result.error()));
         return {};

@@ -1,21 +1,48 @@
 #include "ws_security.h"
 
-#include <openssl/evp.h>
-#include <openssl/rand.h>
-#include <openssl/sha.h>
-
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
 #include <random>
 
+#include "hashes.h"
 #include "xml_tags.h"
 
 namespace onvif {
 
+namespace {
+
+constexpr const char* base64Alphabet = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
+
+int base64Value(char c)
+{
+    if (c >= 'A' && c <= 'Z')
+        return c - 'A';
+    if (c >= 'a' && c <= 'z')
+        return c - 'a' + 26;
+    if (c >= '0' && c <= '9')
+        return c - '0' + 52;
+    if (c == '+')
+        return 62;
+    if (c == '/')
+        return 63;
+    return -1;
+}
+
+} // namespace
+
 std::string base64Encode(const std::string& bytes)
 {
-    std::string out(4 * ((bytes.size() + 2) / 3) + 1, '\0');
-    const int n = EVP_EncodeBlock(reinterpret_cast<unsigned char*>(out.data()),
-                                  reinterpret_cast<const unsigned char*>(bytes.data()), static_cast<int>(bytes.size()));
-    out.resize(n < 0 ? 0 : static_cast<std::size_t>(n));
+    std::string out;
+    out.reserve(4 * ((bytes.size() + 2) / 3));
+    for (std::size_t i = 0; i < bytes.size(); i += 3) {
+        const std::size_t n = std::min<std::size_t>(3, bytes.size() - i);
+        std::uint32_t group = 0;
+        for (std::size_t k = 0; k < 3; ++k)
+            group = group << 8 | (k < n ? static_cast<unsigned char>(bytes[i + k]) : 0u);
+        for (std::size_t k = 0; k < 4; ++k)
+            out += k <= n ? base64Alphabet[(group >> (18 - 6 * k)) & 63] : '=';
+    }
     return out;
 }
 
@@ -23,24 +50,45 @@ std::optional<std::string> base64Decode(const std::string& text)
 {
     if (text.size() % 4 != 0)
         return std::nullopt;
-    std::string out(text.size() / 4 * 3 + 1, '\0');
-    const int n = EVP_DecodeBlock(reinterpret_cast<unsigned char*>(out.data()),
-                                  reinterpret_cast<const unsigned char*>(text.data()), static_cast<int>(text.size()));
-    if (n < 0)
-        return std::nullopt;
-    std::size_t size = static_cast<std::size_t>(n);
-    // EVP_DecodeBlock counts the padding as zero bytes.
-    for (std::size_t i = text.size(); i > 0 && text[i - 1] == '=' && size > 0; --i)
-        --size;
-    out.resize(size);
+    std::string out;
+    for (std::size_t i = 0; i < text.size(); i += 4) {
+        const bool last = i + 4 == text.size();
+        std::uint32_t group = 0;
+        int padding = 0;
+        for (std::size_t k = 0; k < 4; ++k) {
+            const char c = text[i + k];
+            int value = base64Value(c);
+            if (c == '=' && last && k >= 2 && (k == 3 || text[i + 3] == '=')) {
+                ++padding;
+                value = 0;
+            } else if (value < 0 || padding > 0) {
+                return std::nullopt;
+            }
+            group = group << 6 | static_cast<std::uint32_t>(value);
+        }
+        for (int k = 0; k < 3 - padding; ++k)
+            out += static_cast<char>((group >> (16 - 8 * k)) & 0xFF);
+    }
     return out;
+}
+
+std::string hexText(const std::string& bytes)
+{
+    static const char digits[] = "0123456789abcdef";
+    std::string hex;
+    for (unsigned char c : bytes) {
+        hex += digits[c >> 4];
+        hex += digits[c & 15];
+    }
+    return hex;
 }
 
 std::string randomBytes(std::size_t count)
 {
-    std::string bytes(count, '\0');
-    if (RAND_bytes(reinterpret_cast<unsigned char*>(bytes.data()), static_cast<int>(count)) != 1) {
+    std::string bytes;
+    if (!secureRandom(bytes, count)) {
         std::random_device device;
+        bytes.assign(count, '\0');
         for (char& c : bytes)
             c = static_cast<char>(device());
     }
@@ -49,20 +97,21 @@ std::string randomBytes(std::size_t count)
 
 std::string passwordDigest(const std::string& nonce, const std::string& created, const std::string& password)
 {
-    const std::string input = nonce + created + password;
-    unsigned char hash[SHA_DIGEST_LENGTH];
-    SHA1(reinterpret_cast<const unsigned char*>(input.data()), input.size(), hash);
-    return base64Encode(std::string(reinterpret_cast<const char*>(hash), sizeof hash));
+    return base64Encode(hashBytes(HashKind::sha1, nonce + created + password));
 }
 
 std::string formatCreated(std::int64_t epochSeconds)
 {
-    const std::time_t t = static_cast<std::time_t>(epochSeconds);
-    std::tm parts{};
-    if (!gmtime_r(&t, &parts))
-        return "1970-01-01T00:00:00Z";
+    using namespace std::chrono;
+    const sys_seconds t{seconds(epochSeconds)};
+    const sys_days day = floor<days>(t);
+    const year_month_day date{day};
+    const hh_mm_ss time{t - day};
     char text[32];
-    std::strftime(text, sizeof text, "%Y-%m-%dT%H:%M:%SZ", &parts);
+    std::snprintf(text, sizeof text, "%04d-%02u-%02uT%02d:%02d:%02dZ", static_cast<int>(date.year()),
+                  static_cast<unsigned>(date.month()), static_cast<unsigned>(date.day()),
+                  static_cast<int>(time.hours().count()), static_cast<int>(time.minutes().count()),
+                  static_cast<int>(time.seconds().count()));
     return text;
 }
 
@@ -71,14 +120,11 @@ std::optional<std::int64_t> utcSeconds(int year, int month, int day, int hour, i
     if (year < 1970 || year > 9999 || month < 1 || month > 12 || day < 1 || day > 31 || hour < 0 || hour > 23
         || minute < 0 || minute > 59 || second < 0 || second > 60)
         return std::nullopt;
-    std::tm parts{};
-    parts.tm_year = year - 1900;
-    parts.tm_mon = month - 1;
-    parts.tm_mday = day;
-    parts.tm_hour = hour;
-    parts.tm_min = minute;
-    parts.tm_sec = second;
-    return static_cast<std::int64_t>(timegm(&parts));
+    using namespace std::chrono;
+    // Day 31 of a short month runs on into the next, as timegm does.
+    const sys_days date = sys_days{std::chrono::year(year) / std::chrono::month(static_cast<unsigned>(month)) / 1}
+        + days(day - 1);
+    return static_cast<std::int64_t>(date.time_since_epoch().count()) * 86400 + hour * 3600 + minute * 60 + second;
 }
 
 UsernameToken makeUsernameToken(const std::string& username, const std::string& password,

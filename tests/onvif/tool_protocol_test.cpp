@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "discovery_messages.h"
+#include "http_digest.h"
 #include "onvif_addresses.h"
 #include "soap_call.h"
 #include "stream_link.h"
@@ -34,6 +35,19 @@ TEST(OnvifDigest, CreatedIsUtcWithZAndTheTokenCarriesIt)
     EXPECT_NE(header.find("<wsse:Username>ad&lt;min</wsse:Username>"), std::string::npos);
     EXPECT_NE(header.find("<wsu:Created>2010-09-16T07:50:45Z</wsu:Created>"), std::string::npos);
     EXPECT_EQ(token.passwordDigest, passwordDigest(*base64Decode(token.nonce), token.created, "pw"));
+}
+
+TEST(OnvifDigest, HttpDigestAnswersTheChallengeOfTheRfcExample)
+{
+    const auto header = digestAuthorization(
+        "Digest realm=\"testrealm@host.com\", qop=\"auth,auth-int\", nonce=\"dcd98b7102dd2f0e8b11d0f600bfb0c093\", "
+        "opaque=\"5ccc069c403ebaf9f0171e9517f40e41\"",
+        "GET", "/dir/index.html", "Mufasa", "Circle Of Life", "0a4f113b");
+    EXPECT_EQ(header, "Digest username=\"Mufasa\", realm=\"testrealm@host.com\", "
+                      "nonce=\"dcd98b7102dd2f0e8b11d0f600bfb0c093\", uri=\"/dir/index.html\", algorithm=MD5, qop=auth, "
+                      "nc=00000001, cnonce=\"0a4f113b\", response=\"6629fae49393a05397450978507c4ef1\", "
+                      "opaque=\"5ccc069c403ebaf9f0171e9517f40e41\"");
+    EXPECT_FALSE(digestAuthorization("Basic realm=\"x\"", "POST", "/", "a", "b", "c"));
 }
 
 TEST(OnvifXml, FindsElementsWhateverTheirPrefix)

@@ -1,19 +1,13 @@
 #include "fake_camera.h"
 
-#include <arpa/inet.h>
-#include <netinet/in.h>
-#include <poll.h>
-#include <sys/socket.h>
-#include <unistd.h>
-
 #include <httplib.h>
-#include <openssl/evp.h>
 
 #include <chrono>
 #include <cstdio>
 #include <ctime>
 #include <map>
 
+#include "hashes.h"
 #include "ws_security.h"
 #include "xml_tags.h"
 
@@ -25,19 +19,7 @@ const char* const realm = "fake-camera";
 const char* const digestNonce = "a1b2c3d4e5f60718293a4b5c6d7e8f90";
 const char* const opaque = "0paque";
 
-std::string md5Hex(const std::string& text)
-{
-    unsigned char hash[EVP_MAX_MD_SIZE];
-    unsigned int size = 0;
-    EVP_Digest(text.data(), text.size(), hash, &size, EVP_md5(), nullptr);
-    std::string hex;
-    char two[3];
-    for (unsigned int i = 0; i < size; ++i) {
-        std::snprintf(two, sizeof two, "%02x", hash[i]);
-        hex += two;
-    }
-    return hex;
-}
+std::string md5Hex(const std::string& text) { return onvif::hexText(onvif::hashBytes(onvif::HashKind::md5, text)); }
 
 std::map<std::string, std::string> digestFields(std::string text)
 {
@@ -118,16 +100,12 @@ FakeCamera::FakeCamera(CameraScenario scenario) : scenario_(std::move(scenario))
     httpPort_ = static_cast<std::uint16_t>(port);
     httpThread_ = std::thread([this] { server_->listen_after_bind(); });
 
-    udpSocket_ = ::socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0);
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_port = htons(scenario_.discoveryPort);
-    socklen_t size = sizeof address;
-    if (udpSocket_ < 0 || ::inet_pton(AF_INET, scenario_.host.c_str(), &address.sin_addr) != 1
-        || ::bind(udpSocket_, reinterpret_cast<sockaddr*>(&address), sizeof address) != 0
-        || ::getsockname(udpSocket_, reinterpret_cast<sockaddr*>(&address), &size) != 0)
+    udpSocket_ = std::make_unique<onvif::UdpSocket>();
+    if (!udpSocket_->valid() || !udpSocket_->bind({scenario_.host, scenario_.discoveryPort}))
         return;
-    discoveryPort_ = ntohs(address.sin_port);
+    discoveryPort_ = udpSocket_->localPort();
+    if (discoveryPort_ == 0)
+        return;
     udpThread_ = std::thread([this] { serveDiscovery(); });
 }
 
@@ -139,8 +117,6 @@ FakeCamera::~FakeCamera()
         httpThread_.join();
     if (udpThread_.joinable())
         udpThread_.join();
-    if (udpSocket_ >= 0)
-        ::close(udpSocket_);
 }
 
 std::vector<std::string> FakeCamera::operations() const
@@ -153,18 +129,14 @@ void FakeCamera::serveDiscovery()
 {
     std::string buffer(65536, '\0');
     while (!stopping_) {
-        pollfd p{udpSocket_, POLLIN, 0};
-        if (::poll(&p, 1, 50) <= 0)
+        if (onvif::waitReadable({udpSocket_.get()}, 50).empty())
             continue;
-        sockaddr_in from{};
-        socklen_t fromSize = sizeof from;
-        const ssize_t n = ::recvfrom(udpSocket_, buffer.data(), buffer.size(), 0, reinterpret_cast<sockaddr*>(&from),
-                                     &fromSize);
-        if (n <= 0)
+        const auto received = udpSocket_->receive();
+        if (!received)
             continue;
-        const std::string_view datagram(buffer.data(), static_cast<std::size_t>(n));
+        const std::string_view datagram(received->bytes);
         // Answers only go back where the probe came from: loopback.
-        if ((ntohl(from.sin_addr.s_addr) >> 24) != 127)
+        if (!received->from.host.starts_with("127."))
             continue;
         const auto probe = onvif::findFirst(datagram, "Probe");
         if (!probe)
@@ -202,7 +174,7 @@ void FakeCamera::serveDiscovery()
             std::this_thread::sleep_for(std::chrono::milliseconds(scenario_.answerDelayMs));
         // Noise first, then the same match twice, as cameras do.
         for (const std::string* text : {&hello, &broken, &matches, &matches})
-            ::sendto(udpSocket_, text->data(), text->size(), 0, reinterpret_cast<sockaddr*>(&from), fromSize);
+            udpSocket_->sendTo(received->from, *text);
     }
 }
 
@@ -282,15 +254,19 @@ std::string FakeCamera::answer(const std::string& path, const std::string& conte
     const std::string wrong = s.wrongHosts ? "127.0.0.2" : s.host;
     const std::string base = "http://" + wrong + ":" + std::to_string(httpPort_);
     if (operation == "GetSystemDateAndTime") {
-        const std::time_t t = static_cast<std::time_t>(cameraNow);
-        std::tm u{};
-        gmtime_r(&t, &u);
+        using namespace std::chrono;
+        const sys_seconds t{seconds(cameraNow)};
+        const year_month_day date{floor<days>(t)};
+        const hh_mm_ss time{t - floor<days>(t)};
         char stamp[512];
         std::snprintf(stamp, sizeof stamp,
                       "<tt:UTCDateTime><tt:Time><tt:Hour>%d</tt:Hour><tt:Minute>%d</tt:Minute><tt:Second>%d"
                       "</tt:Second></tt:Time><tt:Date><tt:Year>%d</tt:Year><tt:Month>%d</tt:Month><tt:Day>%d</tt:Day>"
                       "</tt:Date></tt:UTCDateTime>",
-                      u.tm_hour, u.tm_min, u.tm_sec, u.tm_year + 1900, u.tm_mon + 1, u.tm_mday);
+                      static_cast<int>(time.hours().count()), static_cast<int>(time.minutes().count()),
+                      static_cast<int>(time.seconds().count()), static_cast<int>(date.year()),
+                      static_cast<int>(static_cast<unsigned>(date.month())),
+                      static_cast<int>(static_cast<unsigned>(date.day())));
         return reply(envelope("<tds:GetSystemDateAndTimeResponse><tds:SystemDateAndTime>"
                               "<tt:DateTimeType>NTP</tt:DateTimeType>"
                               + std::string(stamp) + "</tds:SystemDateAndTime></tds:GetSystemDateAndTimeResponse>"));

@@ -11,6 +11,8 @@
 #include <thread>
 #include <vector>
 
+#include "udp_socket.h"
+
 namespace httplib { class Server; }
 
 namespace vx::test {
@@ -65,7 +67,7 @@ private:
     std::unique_ptr<httplib::Server> server_;
     std::thread httpThread_;
     std::thread udpThread_;
-    int udpSocket_ = -1;
+    std::unique_ptr<onvif::UdpSocket> udpSocket_;
     std::uint16_t httpPort_ = 0;
     std::uint16_t discoveryPort_ = 0;
     std::atomic<bool> stopping_{false};

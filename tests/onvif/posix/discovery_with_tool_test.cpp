@@ -1,6 +1,8 @@
 // The manager's side of discovery against the real tool: the scan call and
 // the link call as the dialogs' threads run them, with two fake cameras on
-// their own loopback addresses.
+// their own loopback addresses. Both listen on one discovery port, which
+// Wine's sockets refuse within one process (WSAEADDRINUSE): on Windows the
+// stream dialog's test runs the same calls with one camera.
 #include <gtest/gtest.h>
 
 #include "config/text_codec.h"
@@ -8,7 +10,7 @@
 #include "dialogs/camera_link_form.h"
 #include "dialogs/camera_scan_form.h"
 #include "fake_camera.h"
-#include "onvif_fixture.h"
+#include "onvif/onvif_fixture.h"
 
 namespace vx::test {
 namespace {
