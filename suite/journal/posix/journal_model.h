@@ -1,12 +1,13 @@
 #pragma once
-// The lines of the log as the list shows them, and the filter in front of
-// them: a lowest level and a search text.
+// The lines of the log as the list shows them (JournalLines), and the filter
+// in front of them: which lines pass and how each kind looks are the
+// journal library's.
 #include <QAbstractListModel>
 #include <QSortFilterProxyModel>
 #include <QString>
 #include <vector>
 
-#include "journal_lines.h"
+#include "journal_filter.h"
 
 namespace vx::journal {
 
@@ -14,7 +15,6 @@ class JournalModel : public QAbstractListModel {
     Q_OBJECT
 public:
     using QAbstractListModel::QAbstractListModel;
-    static constexpr int filterLevelRole = Qt::UserRole + 1;
 
     int rowCount(const QModelIndex& parent = {}) const override;
     QVariant data(const QModelIndex& index, int role) const override;
@@ -22,19 +22,17 @@ public:
     // Lines in Windows-1251, as they stand in the file.
     void append(const std::vector<std::string>& lines);
     void clear();
+    JournalLines& lines() { return lines_; }
+    const JournalLines& lines() const { return lines_; }
 
 private:
-    struct Entry {
-        LineKind kind;
-        QString text;
-    };
-    std::vector<Entry> entries_;
+    JournalLines lines_;
 };
 
 class JournalFilter : public QSortFilterProxyModel {
     Q_OBJECT
 public:
-    using QSortFilterProxyModel::QSortFilterProxyModel;
+    explicit JournalFilter(JournalModel* model, QObject* parent = nullptr);
     void setLowestLevel(int level);
     void setSearchText(const QString& text);
 
@@ -42,8 +40,10 @@ protected:
     bool filterAcceptsRow(int row, const QModelIndex& parent) const override;
 
 private:
-    int lowestLevel_ = 0;
-    QString search_;
+    JournalModel* model_;
 };
+
+// A Windows-1251 text of the journal library, for the toolkit.
+QString qtText(const std::string& cp1251);
 
 } // namespace vx::journal

@@ -4,65 +4,61 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QComboBox>
-#include <QDir>
 #include <QFontDatabase>
-#include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListView>
-#include <QMenu>
 #include <QPushButton>
 #include <QScrollBar>
 #include <QStatusBar>
 #include <QTimer>
 #include <QToolBar>
-#include <QVBoxLayout>
-#include <algorithm>
 
+#include "config/text_codec.h"
 #include "journal_model.h"
 
 namespace vx::journal {
 
 namespace {
 
-QString literal(const char* utf8)
+std::filesystem::path pathOf(const QString& text)
 {
-    return QString::fromUtf8(utf8);
+    const std::u16string utf16 = text.toStdU16String();
+    return std::filesystem::path(utf16);
 }
 
-const char* const systemLogName = "VexlaneLog.txt";
+QString textOf(const std::filesystem::path& path)
+{
+    return QString::fromStdU16String(path.u16string());
+}
 
 } // namespace
 
 JournalWindow::JournalWindow(const QString& logFolder, QWidget* parent) : QMainWindow(parent), folder_(logFolder)
 {
-    setWindowTitle(literal("Журнал Vexlane"));
+    const JournalCaptions& texts = captions();
+    setWindowTitle(qtText(texts.title));
     model_ = new JournalModel(this);
-    filter_ = new JournalFilter(this);
-    filter_->setSourceModel(model_);
+    filter_ = new JournalFilter(model_, this);
 
-    auto* bar = addToolBar(literal("Журнал"));
+    auto* bar = addToolBar(qtText(texts.toolBar));
     bar->setMovable(false);
-    bar->addWidget(new QLabel(literal(" Файл: "), bar));
+    bar->addWidget(new QLabel(qtText(texts.fileLabel), bar));
     files_ = new QComboBox(bar);
     files_->setMinimumContentsLength(22);
     bar->addWidget(files_);
-    bar->addWidget(new QLabel(literal("  Уровень: "), bar));
+    bar->addWidget(new QLabel(qtText(texts.levelLabel), bar));
     level_ = new QComboBox(bar);
-    level_->addItem(literal("Все записи"), 0);
-    level_->addItem(literal("DEBUG и выше"), 1);
-    level_->addItem(literal("INFO и выше"), 2);
-    level_->addItem(literal("WARNING и выше"), 3);
-    level_->addItem(literal("ERROR и выше"), 4);
-    level_->addItem(literal("Только CRITICAL"), 5);
+    for (const LevelChoice& choice : levelChoices())
+        level_->addItem(qtText(choice.caption), choice.lowestLevel);
     bar->addWidget(level_);
-    bar->addWidget(new QLabel(literal("  "), bar));
+    bar->addWidget(new QLabel(QStringLiteral("  "), bar));
     search_ = new QLineEdit(bar);
-    search_->setPlaceholderText(literal("Поиск по тексту…"));
+    search_->setPlaceholderText(qtText(texts.searchHint));
     search_->setClearButtonEnabled(true);
     search_->setMinimumWidth(240);
     bar->addWidget(search_);
-    auto* copyButton = new QPushButton(literal("Копировать"), bar);
+    auto* copyButton = new QPushButton(qtText(texts.copy), bar);
     bar->addWidget(copyButton);
 
     view_ = new QListView(this);
@@ -72,10 +68,10 @@ JournalWindow::JournalWindow(const QString& logFolder, QWidget* parent) : QMainW
     view_->setEditTriggers(QAbstractItemView::NoEditTriggers);
     view_->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
     view_->setContextMenuPolicy(Qt::ActionsContextMenu);
-    auto* copy = new QAction(literal("Копировать"), view_);
+    auto* copy = new QAction(qtText(texts.copy), view_);
     copy->setShortcut(QKeySequence::Copy);
     copy->setShortcutContext(Qt::WidgetWithChildrenShortcut);
-    auto* all = new QAction(literal("Выделить всё"), view_);
+    auto* all = new QAction(qtText(texts.selectAll), view_);
     all->setShortcut(QKeySequence::SelectAll);
     all->setShortcutContext(Qt::WidgetWithChildrenShortcut);
     view_->addAction(copy);
@@ -97,7 +93,7 @@ JournalWindow::JournalWindow(const QString& logFolder, QWidget* parent) : QMainW
         view_->scrollToBottom();
         updateCounts();
     });
-    connect(files_, &QComboBox::currentTextChanged, this, &JournalWindow::openFile);
+    connect(files_, &QComboBox::currentIndexChanged, this, &JournalWindow::openFile);
 
     fillFileList();
     timer_ = new QTimer(this);
@@ -111,19 +107,19 @@ JournalWindow::~JournalWindow() = default;
 
 void JournalWindow::fillFileList()
 {
-    // The system log first, then the other logs of the folder (perf.txt, the
-    // streams' logs).
-    QStringList names = QDir(folder_).entryList({"*.txt"}, QDir::Files, QDir::Name);
-    names.removeAll(systemLogName);
-    names.prepend(systemLogName);
-    files_->addItems(names);
+    names_ = logFileNames(pathOf(folder_));
+    for (const std::filesystem::path& name : names_)
+        files_->addItem(textOf(name));
 }
 
-void JournalWindow::openFile(const QString& name)
+void JournalWindow::openFile(int index)
 {
-    follower_ = std::make_unique<LogFollower>(std::filesystem::path(QDir(folder_).filePath(name).toStdString()));
+    if (index < 0 || index >= static_cast<int>(names_.size()))
+        return;
+    const std::filesystem::path file = pathOf(folder_) / names_[static_cast<std::size_t>(index)];
+    follower_ = std::make_unique<LogFollower>(file);
     model_->clear();
-    setWindowTitle(literal("Журнал Vexlane - ") + QDir(folder_).filePath(name));
+    setWindowTitle(qtText(journal::windowTitle(config::utf16ToCp1251(file.u16string()))));
     refresh();
 }
 
@@ -147,24 +143,22 @@ void JournalWindow::refresh()
 
 QString JournalWindow::selectedText() const
 {
-    QModelIndexList rows = view_->selectionModel()->selectedRows();
-    std::sort(rows.begin(), rows.end(), [](const QModelIndex& a, const QModelIndex& b) { return a.row() < b.row(); });
-    QStringList lines;
-    for (const QModelIndex& index : rows)
-        lines << index.data(Qt::DisplayRole).toString();
-    return lines.join('\n');
+    std::vector<std::size_t> entries;
+    for (const QModelIndex& index : view_->selectionModel()->selectedRows())
+        entries.push_back(static_cast<std::size_t>(filter_->mapToSource(index).row()));
+    return qtText(model_->lines().copyText(std::move(entries)));
 }
 
 void JournalWindow::copySelection()
 {
     const QString text = selectedText();
     if (!text.isEmpty())
-        QApplication::clipboard()->setText(text + '\n');
+        QApplication::clipboard()->setText(text);
 }
 
 void JournalWindow::updateCounts()
 {
-    counts_->setText(literal("Показано строк: %1 из %2").arg(filter_->rowCount()).arg(model_->rowCount()));
+    counts_->setText(qtText(model_->lines().countsText()));
 }
 
 } // namespace vx::journal

@@ -2,7 +2,9 @@
 // The journal viewer's window: one log file of the log folder, followed as it
 // grows, with a lowest level, a search text and a copy of the chosen lines.
 #include <QMainWindow>
+#include <filesystem>
 #include <memory>
+#include <vector>
 
 #include "journal_lines.h"
 
@@ -26,17 +28,18 @@ public:
 
     // Reads what was added to the file since the last look.
     void refresh();
-    // The chosen lines, in the order of the file, one per line.
+    // What a copy of the chosen lines puts on the clipboard.
     QString selectedText() const;
     QListView* view() const { return view_; }
 
 private:
-    void openFile(const QString& name);
+    void openFile(int index);
     void fillFileList();
     void copySelection();
     void updateCounts();
 
     QString folder_;
+    std::vector<std::filesystem::path> names_;
     std::unique_ptr<LogFollower> follower_;
     JournalModel* model_ = nullptr;
     JournalFilter* filter_ = nullptr;
