@@ -27,17 +27,20 @@ TEST(DialogsFromTheWindow, TheAddTileWritesANewStreamAndAMainButtonOpensItsDialo
     ASSERT_TRUE(manager);
     const auto process = static_cast<DWORD>(manager->pid());
 
+    // The window, then its main dialog with the tile area, which the create
+    // handler makes a moment after the window.
     HWND main = nullptr;
+    HWND panel = nullptr;
+    HWND tiles = nullptr;
     ASSERT_TRUE(waitFor([&] {
         main = ::FindWindowW(L"Vexlane", nullptr);
         DWORD owner = 0;
         if (main)
             ::GetWindowThreadProcessId(main, &owner);
-        return main && owner == process;
+        panel = main && owner == process ? ::FindWindowExW(main, nullptr, L"#32770", nullptr) : nullptr;
+        tiles = panel ? ::GetDlgItem(panel, 1041) : nullptr;
+        return tiles != nullptr;
     }, 20000));
-    HWND panel = ::FindWindowExW(main, nullptr, L"#32770", nullptr);
-    HWND tiles = panel ? ::GetDlgItem(panel, 1041) : nullptr;
-    ASSERT_TRUE(tiles);
 
     // The add tile where the layout puts it for no streams.
     RECT area{};
