@@ -9,10 +9,11 @@
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
 #include <thread>
+#include <vector>
 
 #include "discovery_socket.h"
+#include "platform/program_arguments.h"
 #include "process_setup.h"
 #include "stream_link.h"
 #include "tool_output.h"
@@ -53,24 +54,28 @@ int usage()
 int main(int argc, char** argv)
 {
     onvif::prepareProcess();
+    // UTF-8 on both platforms: Windows hands main a Cyrillic password in the
+    // ANSI code page.
+    const std::vector<std::string> args = vx::platform::programArguments(argc, argv);
+    const std::size_t count = args.size();
     const int limitMs = timeLimitMs();
     const auto deadline = onvif::Clock::now() + std::chrono::milliseconds(limitMs - 500);
-    if (argc == 2 && std::strcmp(argv[1], "-scan") == 0) {
+    if (count == 2 && args[1] == "-scan") {
         startWatchdog(limitMs, onvif::scanJson({}));
         const auto cameras = onvif::scanCameras(onvif::probeTargetsFromEnvironment(),
                                                 std::min(scanListenMs, limitMs - 500));
         onvif::printOnce(onvif::scanJson(cameras));
         return 0;
     }
-    if (argc >= 3 && std::strcmp(argv[1], "-rtsp") == 0) {
+    if (count >= 3 && args[1] == "-rtsp") {
         startWatchdog(limitMs, onvif::rtspJson(std::nullopt));
         // The manager doesn't quote the arguments: an empty password leaves
         // no argument, and one with blanks in it arrives in pieces, which
         // are joined again with one blank each.
         std::string password;
-        for (int i = 4; i < argc; ++i)
-            password += (i > 4 ? " " : "") + std::string(argv[i]);
-        const onvif::LinkRequest request{argv[2], argc > 3 ? argv[3] : "", password, deadline};
+        for (std::size_t i = 4; i < count; ++i)
+            password += (i > 4 ? " " : "") + args[i];
+        const onvif::LinkRequest request{args[2], count > 3 ? args[3] : "", password, deadline};
         onvif::printOnce(onvif::rtspJson(onvif::getStreamLink(request)));
         return 0;
     }
