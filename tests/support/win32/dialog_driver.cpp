@@ -123,10 +123,19 @@ HWND waitForDialogOf(DWORD process, const char* title, std::chrono::milliseconds
 
 bool waitGone(HWND window, std::chrono::milliseconds limit)
 {
+    HWND owner = ::GetWindow(window, GW_OWNER);
     const auto end = Clock::now() + limit;
     while (Clock::now() < end) {
-        if (!::IsWindow(window) || !::IsWindowVisible(window))
+        if (!::IsWindow(window) || !::IsWindowVisible(window)) {
+            // The owner's thread handles a sent message only once what
+            // followed the closed window has run and its loop is back: then
+            // the owner shows what the closed window gave it.
+            if (owner) {
+                DWORD_PTR result = 0;
+                ::SendMessageTimeoutW(owner, WM_NULL, 0, 0, SMTO_NORMAL, static_cast<UINT>(limit.count()), &result);
+            }
             return true;
+        }
         std::this_thread::sleep_for(20ms);
     }
     return false;

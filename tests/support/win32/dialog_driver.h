@@ -19,7 +19,8 @@ using namespace std::chrono_literals;
 HWND waitForDialog(const char* title, std::chrono::milliseconds limit = 10s);
 // The same for a dialog of another process (the manager under test).
 HWND waitForDialogOf(DWORD process, const char* title, std::chrono::milliseconds limit = 10s);
-// True once `window` is gone (or hidden) within `limit`.
+// True once `window` is gone (or hidden) within `limit`, and its owner has
+// done what follows its closing.
 bool waitGone(HWND window, std::chrono::milliseconds limit = 10s);
 
 // WM_SETTEXT: the edit tells its dialog EN_CHANGE, as after typing.
