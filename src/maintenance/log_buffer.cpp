@@ -49,8 +49,14 @@ LogBuffer::LogBuffer(const std::filesystem::path& path, LogMode mode, Clock cloc
 
 LogBuffer::~LogBuffer()
 {
+    close();
+}
+
+void LogBuffer::close()
+{
     if (file_.is_open() && mode_ == LogMode::appendStartEnd)
         writeLine("End");
+    std::lock_guard<std::mutex> lock(mutex_);
     file_.close();   // a failure only sets the stream's error state
 }
 

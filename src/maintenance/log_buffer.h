@@ -69,6 +69,9 @@ public:
     // The cheap test of a call site: would a line of `level` be written?
     bool accepts(int level) const { return level >= minLevel(); }
 
+    // Writes "End" in appendStartEnd mode and closes the file; later lines
+    // go nowhere. The destructor does the same.
+    void close();
     bool isOpen() const { return file_.is_open(); }
     LogMode mode() const { return mode_; }
 

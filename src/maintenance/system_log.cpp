@@ -2,21 +2,37 @@
 
 #include <atomic>
 #include <iostream>
+#include <mutex>
+#include <vector>
 
 namespace vx::maintenance {
 namespace {
 
 // Owned here; readers on any thread see the pointer, the owner (the main
-// thread) replaces or destroys it only at start and at exit.
+// thread) replaces or closes it only at start and at exit.
 std::atomic<LogBuffer*> systemLogPtr{nullptr};
 std::atomic<LogBuffer*> perfLogPtr{nullptr};
+
+// A replaced log is closed but never destroyed: a thread that outlives the
+// teardown (the detached timer thread, a request still under way) may hold
+// the pointer it loaded a moment before, and then writes nowhere instead of
+// into freed memory.
+void retire(LogBuffer* log)
+{
+    static auto* retired = new std::vector<std::unique_ptr<LogBuffer>>;
+    static std::mutex guard;
+    log->close();
+    std::lock_guard<std::mutex> lock(guard);
+    retired->emplace_back(log);
+}
 
 void replace(std::atomic<LogBuffer*>& slot, LogBuffer* log)
 {
     LogBuffer* old = slot.exchange(log);
     if (old && std::cerr.rdbuf() == old)
         std::cerr.rdbuf(nullptr);
-    delete old;
+    if (old)
+        retire(old);
 }
 
 } // namespace

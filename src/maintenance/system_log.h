@@ -18,7 +18,7 @@ namespace vx::maintenance {
 
 LogBuffer* systemLog();
 LogBuffer* perfLog();
-// Take ownership; an object already there is destroyed first.
+// Take ownership; an object already there is closed first.
 void setSystemLog(std::unique_ptr<LogBuffer> log);
 void setPerfLog(std::unique_ptr<LogBuffer> log);
 
@@ -33,10 +33,10 @@ inline LogBuffer* systemLogFor(int level)
 void logLine(const std::string& text);
 
 // The end of the manager's main function: "Close" into the system log, then
-// the system log is destroyed, then the performance log. Each step is
+// the system log is closed, then the performance log. Each step is
 // skipped for a log that doesn't exist. std::cerr, which may still point at
 // the system log, is left without a buffer so that later output can't reach
-// a destroyed object.
+// a closed one. A closed log stays in memory until the process ends.
 void closeLogs();
 
 } // namespace vx::maintenance
