@@ -1,7 +1,8 @@
 #pragma once
-// The digests and random bytes of the authentication schemes, from the
-// system's cryptography.
+// The digests, random bytes and Base64 of the authentication schemes, from
+// the system's cryptography.
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -13,6 +14,10 @@ enum class HashKind { md5, sha1, sha256 };
 std::string hashBytes(HashKind kind, std::string_view input);
 // `count` bytes from the system's secure generator; false when it failed.
 bool secureRandom(std::string& bytes, std::size_t count);
+
+std::string base64Encode(const std::string& bytes);
+// Nothing for text that isn't Base64.
+std::optional<std::string> base64Decode(const std::string& text);
 
 // Lower-case hex of raw bytes.
 std::string hexText(const std::string& bytes);

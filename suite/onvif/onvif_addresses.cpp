@@ -74,28 +74,6 @@ std::string formatUrl(const Url& url)
     return text + url.path;
 }
 
-// Four dotted decimal parts of 0 to 255, without leading zeros.
-bool isIpv4(const std::string& host)
-{
-    int parts = 0;
-    std::size_t p = 0;
-    while (parts < 4) {
-        std::size_t q = p;
-        while (q < host.size() && host[q] >= '0' && host[q] <= '9')
-            ++q;
-        const std::size_t digits = q - p;
-        if (digits == 0 || digits > 3 || (digits > 1 && host[p] == '0') || std::stoi(host.substr(p, digits)) > 255)
-            return false;
-        ++parts;
-        if (parts == 4)
-            return q == host.size();
-        if (q >= host.size() || host[q] != '.')
-            return false;
-        p = q + 1;
-    }
-    return false;
-}
-
 bool isLinkLocalIpv4(const std::string& host) { return isIpv4(host) && host.starts_with("169.254."); }
 
 bool isUnusableHost(const std::string& host)

@@ -19,6 +19,8 @@ struct Url {
 std::optional<Url> parseUrl(std::string_view text);
 std::string formatUrl(const Url& url);
 
+// A dotted IPv4 address, as the system's address parser reads one (defined
+// beside the platform's sockets).
 bool isIpv4(const std::string& host);
 // 0.0.0.0, loopback, "localhost", "::", "::1" or empty: a host nobody else can reach.
 bool isUnusableHost(const std::string& host);

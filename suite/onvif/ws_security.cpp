@@ -10,68 +10,6 @@
 
 namespace onvif {
 
-namespace {
-
-constexpr const char* base64Alphabet = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
-
-int base64Value(char c)
-{
-    if (c >= 'A' && c <= 'Z')
-        return c - 'A';
-    if (c >= 'a' && c <= 'z')
-        return c - 'a' + 26;
-    if (c >= '0' && c <= '9')
-        return c - '0' + 52;
-    if (c == '+')
-        return 62;
-    if (c == '/')
-        return 63;
-    return -1;
-}
-
-} // namespace
-
-std::string base64Encode(const std::string& bytes)
-{
-    std::string out;
-    out.reserve(4 * ((bytes.size() + 2) / 3));
-    for (std::size_t i = 0; i < bytes.size(); i += 3) {
-        const std::size_t n = std::min<std::size_t>(3, bytes.size() - i);
-        std::uint32_t group = 0;
-        for (std::size_t k = 0; k < 3; ++k)
-            group = group << 8 | (k < n ? static_cast<unsigned char>(bytes[i + k]) : 0u);
-        for (std::size_t k = 0; k < 4; ++k)
-            out += k <= n ? base64Alphabet[(group >> (18 - 6 * k)) & 63] : '=';
-    }
-    return out;
-}
-
-std::optional<std::string> base64Decode(const std::string& text)
-{
-    if (text.size() % 4 != 0)
-        return std::nullopt;
-    std::string out;
-    for (std::size_t i = 0; i < text.size(); i += 4) {
-        const bool last = i + 4 == text.size();
-        std::uint32_t group = 0;
-        int padding = 0;
-        for (std::size_t k = 0; k < 4; ++k) {
-            const char c = text[i + k];
-            int value = base64Value(c);
-            if (c == '=' && last && k >= 2 && (k == 3 || text[i + 3] == '=')) {
-                ++padding;
-                value = 0;
-            } else if (value < 0 || padding > 0) {
-                return std::nullopt;
-            }
-            group = group << 6 | static_cast<std::uint32_t>(value);
-        }
-        for (int k = 0; k < 3 - padding; ++k)
-            out += static_cast<char>((group >> (16 - 8 * k)) & 0xFF);
-    }
-    return out;
-}
-
 std::string hexText(const std::string& bytes)
 {
     static const char digits[] = "0123456789abcdef";

@@ -7,11 +7,10 @@
 #include <optional>
 #include <string>
 
+#include "hashes.h"
+
 namespace onvif {
 
-std::string base64Encode(const std::string& bytes);
-// Nothing for text that isn't Base64.
-std::optional<std::string> base64Decode(const std::string& text);
 std::string randomBytes(std::size_t count);
 
 // Base64(SHA-1(nonce + created + password)); `nonce` is the raw bytes.

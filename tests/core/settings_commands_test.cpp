@@ -10,6 +10,7 @@
 #include "core/service_wiring.h"
 #include "config/camera_config.h"
 #include "core/settings_commands.h"
+#include "core/settings_fixture.h"
 #include "core/startup.h"
 #include "supervision/service_launcher.h"
 #include "supervision/service_requests.h"
@@ -23,58 +24,7 @@ namespace {
 
 std::string cp(const char* utf8) { return config::utf8ToCp1251(utf8); }
 
-// State on a temporary config folder; requests are noted, tasks run at once.
-class SettingsCommands : public ::testing::Test {
-protected:
-    SettingsCommands()
-    {
-        std::filesystem::create_directories(dir.path() / "configs");
-        state.baseDirectory = dir.path();
-        state.ConfigDirectory = (dir.path() / "configs").string();
-        state.liveMainConfig.systemLogPath = dir.path().string();
-        state.liveMainConfig.recogLogPath = dir.path().string();
-        actions.saveMainConfig = [this] {
-            calls.push_back("save");
-            return saveMainConfig(state);
-        };
-        auto note = [this](const char* service) {
-            return [this, service](const std::string& path, bool restart) {
-                calls.push_back(std::string(service) + " " + path + (restart ? " restart" : ""));
-            };
-        };
-        actions.threadRequests = note("recognition");
-        actions.threadRequestsToDirect = note("control");
-        actions.threadRequestsToMes = note("mes");
-        actions.launch = [](std::function<void()> task) {
-            task();
-            std::promise<void> done;
-            done.set_value();
-            return done.get_future();
-        };
-        hooks.spawn = [this](std::function<void()> task) {
-            calls.push_back("spawn");
-            task();
-        };
-        hooks.setAutorun = [this](const std::string& name, const std::filesystem::path&, bool enabled) {
-            calls.push_back("autorun " + name + (enabled ? " on" : " off"));
-            return autorunWorks;
-        };
-        hooks.showMessage = [this](const std::string& title, const std::string& text) {
-            calls.push_back("message " + config::cp1251ToUtf8(title) + ": " + config::cp1251ToUtf8(text));
-        };
-        hooks.replaceVideoQuota = [this] { calls.push_back("quota"); };
-        hooks.rewriteAllStreams = [this] { calls.push_back("rewrite streams"); };
-    }
-    std::string mainFile() const { return test::readFileBytes(dir.path() / "configs" / "vx_main_config.json"); }
-
-    test::CapturedStderr quiet;
-    test::TempDir dir;
-    AppState state;
-    ProcessActions actions;
-    SettingsHooks hooks;
-    std::vector<std::string> calls;
-    bool autorunWorks = true;
-};
+class SettingsCommands : public ::testing::Test, protected test::SettingsWorld {};
 
 } // namespace
 

@@ -12,9 +12,8 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
-#include "config/text_codec.h"
+#include "core/discovery_tool.h"
 #include "dialogs/camera_discovery_flow.h"
-#include "supervision/tool_runner.h"
 #include "ui/qt/message_boxes.h"
 #include "ui/qt/qt_text.h"
 #include "ui/qt/title_fit.h"
@@ -187,14 +186,6 @@ void CameraLinkWindow::finish(const dialogs::LinkOutcome& outcome)
         done(QDialog::Rejected);
 }
 
-dialogs::ToolCall toolCall(const std::filesystem::path& toolFolder)
-{
-    return [toolFolder](const std::string& commandLine) {
-        const supervision::ToolRun run = supervision::runTool(config::cp1251ToUtf8(commandLine), toolFolder);
-        return dialogs::ToolOutput{run.started, run.output};
-    };
-}
-
 std::optional<std::string> runCameraDiscovery(QWidget* parent, const dialogs::ToolCall& call,
                                               dialogs::Messages& messages)
 {
@@ -219,7 +210,7 @@ std::optional<std::string> runCameraDiscovery(QWidget* parent, const dialogs::To
 std::optional<std::string> runCameraDiscovery(QWidget* parent, const std::filesystem::path& toolFolder)
 {
     QtMessages messages(parent);
-    return runCameraDiscovery(parent, toolCall(toolFolder), messages);
+    return runCameraDiscovery(parent, core::discoveryToolCall(toolFolder), messages);
 }
 
 } // namespace vx::ui

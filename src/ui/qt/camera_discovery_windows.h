@@ -65,9 +65,6 @@ private:
     dialogs::ToolCall call_;
 };
 
-// The tool from `toolFolder` (the manager's folder), through the runner.
-dialogs::ToolCall toolCall(const std::filesystem::path& toolFolder);
-
 // "Найти ONVIF камеру": scan, choose, ask for the link. The text for the
 // stream dialog's link field, or nothing when it keeps its content.
 std::optional<std::string> runCameraDiscovery(QWidget* parent, const dialogs::ToolCall& call,

@@ -8,11 +8,10 @@
 #include <thread>
 #include <utility>
 
-#include "config/text_codec.h"
+#include "core/discovery_tool.h"
 #include "dialogs/camera_discovery_flow.h"
 #include "dialogs/camera_link_form.h"
 #include "dialogs/camera_scan_form.h"
-#include "supervision/tool_runner.h"
 #include "ui/win32/camera_discovery_windows_ids.h"
 #include "ui/win32/form_dialog.h"
 #include "ui/win32/message_boxes.h"
@@ -217,14 +216,6 @@ std::optional<std::string> runCameraLinkDialog(HWND owner, const std::vector<dia
     return form.link();
 }
 
-dialogs::ToolCall toolCall(const std::filesystem::path& toolFolder)
-{
-    return [toolFolder](const std::string& commandLine) {
-        const supervision::ToolRun run = supervision::runTool(config::cp1251ToUtf8(commandLine), toolFolder);
-        return dialogs::ToolOutput{run.started, run.output};
-    };
-}
-
 std::optional<std::string> runCameraDiscovery(HWND owner, const dialogs::ToolCall& call,
                                               dialogs::Messages& messages)
 {
@@ -239,7 +230,7 @@ std::optional<std::string> runCameraDiscovery(HWND owner, const dialogs::ToolCal
 std::optional<std::string> runCameraDiscovery(HWND owner, const std::filesystem::path& toolFolder)
 {
     Win32Messages messages(owner);
-    return runCameraDiscovery(owner, toolCall(toolFolder), messages);
+    return runCameraDiscovery(owner, core::discoveryToolCall(toolFolder), messages);
 }
 
 } // namespace vx::ui::win32

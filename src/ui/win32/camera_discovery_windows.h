@@ -23,9 +23,6 @@ std::string runCameraScanDialog(HWND owner, const dialogs::ToolCall& call);
 std::optional<std::string> runCameraLinkDialog(HWND owner, const std::vector<dialogs::FoundCamera>& cameras,
                                                const dialogs::ToolCall& call);
 
-// The tool from `toolFolder` (the manager's folder), through the runner.
-dialogs::ToolCall toolCall(const std::filesystem::path& toolFolder);
-
 // "Найти ONVIF камеру": scan, choose, ask for the link. The text for the
 // stream dialog's link field, or nothing when it keeps its content.
 std::optional<std::string> runCameraDiscovery(HWND owner, const dialogs::ToolCall& call,

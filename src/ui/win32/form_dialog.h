@@ -6,6 +6,7 @@
 
 #include <functional>
 #include <string>
+#include <utility>
 
 #include "dialogs/form.h"
 #include "ui/win32/form_binding.h"
@@ -27,6 +28,19 @@ struct FormDialog {
 
 // IDOK, IDCANCEL, or -1 when the resource can't be made into a dialog.
 INT_PTR runFormDialog(HWND owner, dialogs::Form& form, const FormDialog& dialog);
+
+// The plain case: a dialog of `resource` (titled `title`, or as the
+// resource says when empty) whose controls `bind` ties to `form`; true when
+// it ended with OK.
+template <typename Form>
+bool runBoundDialog(HWND owner, Form& form, int resource, void (*bind)(FormBinding&, Form&), std::string title = {})
+{
+    FormDialog dialog;
+    dialog.resource = resource;
+    dialog.title = std::move(title);
+    dialog.bind = [&form, bind](FormBinding& b) { bind(b, form); };
+    return runFormDialog(owner, form, dialog) == IDOK;
+}
 
 // The program's instance, whose resources hold the dialogs.
 HINSTANCE programInstance();

@@ -44,11 +44,7 @@ bool runRecognitionDialog(HWND owner, core::AppState& state)
 {
     Win32Messages messages(owner);
     dialogs::RecognitionForm form(state.scratchRecognition, state.scratchConfig, messages);
-    FormDialog dialog;
-    dialog.resource = IDD_RECOGNITION;
-    dialog.title = form.title();
-    dialog.bind = [&form](FormBinding& b) { bindRecognitionForm(b, form); };
-    return runFormDialog(owner, form, dialog) == IDOK;
+    return runBoundDialog(owner, form, IDD_RECOGNITION, bindRecognitionForm, form.title());
 }
 
 } // namespace vx::ui::win32

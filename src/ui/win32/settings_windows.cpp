@@ -97,18 +97,6 @@ void bindMessengerChannelForm(FormBinding& b, dialogs::MessengerChannelForm& for
     b.bindText(IDC_CHANNEL_RECEIVER, form.receiver);
 }
 
-// A dialog of `resource` over a form whose controls `bind` ties to it; true
-// when it ended with OK.
-template <typename Form>
-bool runBound(HWND owner, Form& form, int resource, void (*bind)(FormBinding&, Form&), std::string title = {})
-{
-    FormDialog dialog;
-    dialog.resource = resource;
-    dialog.title = std::move(title);
-    dialog.bind = [&form, bind](FormBinding& b) { bind(b, form); };
-    return runFormDialog(owner, form, dialog) == IDOK;
-}
-
 // The messenger service; each slot opens its channel's dialog over it.
 bool runMessengers(HWND owner, config::MessengersConfig& working, bool& channelsChanged)
 {
@@ -116,7 +104,7 @@ bool runMessengers(HWND owner, config::MessengersConfig& working, bool& channels
     HWND service = owner;
     auto openChannel = [&working, &messages, &service](int slot) {
         dialogs::MessengerChannelForm channel(working.channels[static_cast<std::size_t>(slot)], slot, messages);
-        return runBound(service, channel, IDD_MESSENGER_CHANNEL, bindMessengerChannelForm, channel.title());
+        return runBoundDialog(service, channel, IDD_MESSENGER_CHANNEL, bindMessengerChannelForm, channel.title());
     };
     dialogs::MessengerServiceForm form(working, openChannel, messages);
     FormDialog dialog;
@@ -143,24 +131,24 @@ core::SettingsDialogs settingsDialogs(HWND owner, dialogs::FolderChooser chooseF
     dialogs.settings = [owner, chooseFolder](config::MainConfig& record) {
         Win32Messages messages(owner);
         dialogs::SettingsForm form(record, chooseFolder, messages);
-        return runBound(owner, form, IDD_SETTINGS, bindSettingsForm);
+        return runBoundDialog(owner, form, IDD_SETTINGS, bindSettingsForm);
     };
     dialogs.processControl = [owner](config::MainConfig& record) {
         Win32Messages messages(owner);
         dialogs::ProcessControlForm form(record, messages);
-        return runBound(owner, form, IDD_PROCESS_CONTROL, +[](FormBinding& b, dialogs::ProcessControlForm& f) {
+        return runBoundDialog(owner, form, IDD_PROCESS_CONTROL, +[](FormBinding& b, dialogs::ProcessControlForm& f) {
             b.bindCheck(IDC_PROCESS_CONTROL_ON, f.globalRestart);
         });
     };
     dialogs.recognition = [owner](config::RecognitionSrvConfig& working) {
         Win32Messages messages(owner);
         dialogs::RecognitionServiceForm form(working, messages);
-        return runBound(owner, form, IDD_RECOGNITION_SERVICE, bindRecognitionServiceForm);
+        return runBoundDialog(owner, form, IDD_RECOGNITION_SERVICE, bindRecognitionServiceForm);
     };
     dialogs.control = [owner](config::ControlSrvConfig& working) {
         Win32Messages messages(owner);
         dialogs::ControlServiceForm form(working, messages);
-        return runBound(owner, form, IDD_CONTROL_SERVICE, bindControlServiceForm);
+        return runBoundDialog(owner, form, IDD_CONTROL_SERVICE, bindControlServiceForm);
     };
     dialogs.messengers = [owner](config::MessengersConfig& working, bool& channelsChanged) {
         return runMessengers(owner, working, channelsChanged);

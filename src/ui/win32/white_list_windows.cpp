@@ -54,30 +54,19 @@ void bindNested(FormBinding& b, dialogs::NestedListForm& form)
     b.bindTime(IDC_NESTED_TIME2, form.time2);
 }
 
-// A companion dialog from its resource over `owner`; true when it ended
-// with OK.
-template <typename Form>
-bool runCompanion(HWND owner, Form& form, int resource, void (*bind)(FormBinding&, Form&))
-{
-    FormDialog dialog;
-    dialog.resource = resource;
-    dialog.bind = [&form, bind](FormBinding& b) { bind(b, form); };
-    return runFormDialog(owner, form, dialog) == IDOK;
-}
-
 // The companions open over the manager's window, which `manager` names once
 // the manager stands.
 dialogs::WhiteListCompanions windowCompanions(const HWND& manager)
 {
     dialogs::WhiteListCompanions companions;
     companions.newList = [&manager](dialogs::NewWhiteListForm& form) {
-        return runCompanion(manager, form, IDD_NEW_WHITE_LIST, bindNewList);
+        return runBoundDialog(manager, form, IDD_NEW_WHITE_LIST, bindNewList);
     };
     companions.entry = [&manager](dialogs::ListEntryForm& form) {
-        return runCompanion(manager, form, IDD_LIST_ENTRY, bindEntry);
+        return runBoundDialog(manager, form, IDD_LIST_ENTRY, bindEntry);
     };
     companions.nested = [&manager](dialogs::NestedListForm& form) {
-        return runCompanion(manager, form, IDD_NESTED_LIST, bindNested);
+        return runBoundDialog(manager, form, IDD_NESTED_LIST, bindNested);
     };
     return companions;
 }

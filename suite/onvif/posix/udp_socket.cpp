@@ -1,6 +1,8 @@
 // Datagrams on BSD sockets, waited for with poll.
 #include "udp_socket.h"
 
+#include "onvif_addresses.h"
+
 #include <arpa/inet.h>
 #include <ifaddrs.h>
 #include <net/if.h>
@@ -26,6 +28,8 @@ std::optional<sockaddr_in> toAddress(const Endpoint& endpoint)
 int fdOf(const UdpSocket& socket) { return static_cast<int>(socket.handle()); }
 
 } // namespace
+
+bool isIpv4(const std::string& host) { return toAddress({host, 0}).has_value(); }
 
 UdpSocket::UdpSocket() : handle_(::socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0)) {}
 

@@ -2,6 +2,8 @@
 // helper's adapter list.
 #include "udp_socket.h"
 
+#include "onvif_addresses.h"
+
 #include <winsock2.h>
 #include <ws2tcpip.h>
 #include <iphlpapi.h>
@@ -57,6 +59,8 @@ SOCKET newSocket()
 }
 
 } // namespace
+
+bool isIpv4(const std::string& host) { return toAddress({host, 0}).has_value(); }
 
 UdpSocket::UdpSocket() : handle_(static_cast<std::intptr_t>(newSocket())) {}
 

@@ -4,12 +4,12 @@
 // form, a refused OK shows its box, and OK saves.
 #include <gtest/gtest.h>
 
-#include <future>
 
 #include "config/messenger_config.h"
 #include "config/text_codec.h"
 #include "core/main_commands.h"
 #include "core/settings_commands.h"
+#include "core/settings_fixture.h"
 #include "core/startup.h"
 #include "support/captured_stderr.h"
 #include "support/temp_dir.h"
@@ -31,62 +31,16 @@ namespace {
 
 std::string cp(const char* utf8) { return config::utf8ToCp1251(utf8); }
 
-// The manager's state on a temporary config folder; requests, autorun,
-// spawns and the folder picker are noted in order, tasks run at once.
-struct SettingsWorld {
-    CapturedStderr quiet;   // the first save finds no file to keep a copy of
-    TempDir dir;
-    core::AppState state;
-    core::ProcessActions actions;
-    core::SettingsHooks hooks;
-    Calls calls;
-
-    SettingsWorld()
+// The settings commands' world with the Win32 dialogs, whose folder picker
+// answers with a Cyrillic folder.
+struct DialogWorld : test::SettingsWorld {
+    DialogWorld()
     {
-        fs::create_directories(dir.path() / "configs");
-        state.baseDirectory = dir.path();
-        state.ConfigDirectory = (dir.path() / "configs").string();
-        state.liveMainConfig.systemLogPath = dir.path().string();
-        state.liveMainConfig.recogLogPath = dir.path().string();
-        actions.saveMainConfig = [this] {
-            calls.push_back("save");
-            return core::saveMainConfig(state);
-        };
-        auto note = [this](const char* service) {
-            return [this, service](const std::string& path, bool restart) {
-                calls.push_back(std::string(service) + " " + path + (restart ? " restart" : ""));
-            };
-        };
-        actions.threadRequests = note("recognition");
-        actions.threadRequestsToDirect = note("control");
-        actions.threadRequestsToMes = note("mes");
-        actions.launch = [](std::function<void()> task) {
-            task();
-            std::promise<void> done;
-            done.set_value();
-            return done.get_future();
-        };
-        hooks.spawn = [this](std::function<void()> task) {
-            calls.push_back("spawn");
-            task();
-        };
-        hooks.setAutorun = [this](const std::string& name, const fs::path&, bool enabled) {
-            calls.push_back("autorun " + name + (enabled ? " on" : " off"));
-            return true;
-        };
-        hooks.showMessage = [this](const std::string& title, const std::string& text) {
-            calls.push_back("message " + config::cp1251ToUtf8(title) + ": " + config::cp1251ToUtf8(text));
-        };
-        hooks.replaceVideoQuota = [this] { calls.push_back("quota"); };
-        hooks.rewriteAllStreams = [this] { calls.push_back("rewrite streams"); };
-        // The folder picker answers with a Cyrillic folder.
         hooks.dialogs = ui::win32::settingsDialogs(nullptr, [this](const std::string& start) {
             calls.push_back("pick " + config::cp1251ToUtf8(start));
             return std::optional<std::string>(cp("C:\\видео"));
         });
     }
-    std::string file(const char* name) const { return readText(dir.path() / "configs" / name); }
-    std::string status() const { return config::cp1251ToUtf8(state.status.get()); }
 };
 
 bool holds(const std::string& text, const std::string& part) { return text.find(part) != std::string::npos; }
@@ -95,7 +49,7 @@ bool holds(const std::string& text, const std::string& part) { return text.find(
 
 TEST(SettingsWindows, SettingsRefuseAMissingLogFolderThenSaveAndTheWatchSwitchFollows)
 {
-    SettingsWorld w;
+    DialogWorld w;
     w.state.liveMainConfig.systemLevel = 9;
     w.state.liveMainConfig.videoPath = "C:\\old";
     const std::string folder = utf8Path(w.dir.path());
@@ -160,7 +114,7 @@ TEST(SettingsWindows, SettingsRefuseAMissingLogFolderThenSaveAndTheWatchSwitchFo
 
 TEST(SettingsWindows, ServiceDialogsAskBeforeTheRestartAndSaveTheirFiles)
 {
-    SettingsWorld w;
+    DialogWorld w;
     Calls boxes;
     DialogScript script([&] {
         HWND d = waitForDialog("Глобальные настройки распознавания автомобильных номеров");
@@ -229,7 +183,7 @@ TEST(SettingsWindows, ServiceDialogsAskBeforeTheRestartAndSaveTheirFiles)
 
 TEST(SettingsWindows, AChannelAcceptedBeforeCancelIsSavedAndOkWithTheServiceOffStopsIt)
 {
-    SettingsWorld w;
+    DialogWorld w;
     config::MessengersConfig stored;
     stored.port = 5000;
     stored.on = true;
@@ -300,7 +254,7 @@ TEST(SettingsWindows, AChannelAcceptedBeforeCancelIsSavedAndOkWithTheServiceOffS
 
 TEST(SettingsWindows, AboutShowsTheVersionAndTheMigrationCopiesOnlyOnceItCan)
 {
-    SettingsWorld w;
+    DialogWorld w;
     w.state.versionText = "2.5.1";
     w.state.shuttingDown = true;   // asked for while the dialog was open
     core::MainCommandHooks commands;
