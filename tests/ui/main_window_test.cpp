@@ -18,6 +18,7 @@
 
 #include "platform/process.h"
 #include "support/temp_dir.h"
+#include "support/time_scale.h"
 #include "support/qt_application.h"
 #include "ui/qt/main_window.h"
 #include "ui/qt/qt_text.h"
@@ -215,11 +216,11 @@ TEST_F(MainWindowTest, OnlyTheOperatorsMoveOrResizeIsRemembered)
     EXPECT_EQ(saves, 0);
 
     window.move(window.x() + 37, window.y() + 21);
-    ASSERT_TRUE(spinUntil([&] { return saves == 1; }, 5000));
+    ASSERT_TRUE(spinUntil([&] { return saves == 1; }, test::scaledMs(5000)));
     EXPECT_EQ(state.liveMainConfig.xWindow, window.frameGeometry().x());
     EXPECT_EQ(state.liveMainConfig.yWindow, window.frameGeometry().y());
     window.resize(window.width() + 40, window.height() + 30);
-    ASSERT_TRUE(spinUntil([&] { return saves == 2; }, 5000));
+    ASSERT_TRUE(spinUntil([&] { return saves == 2; }, test::scaledMs(5000)));
     EXPECT_EQ(state.liveMainConfig.wWindow, window.frameGeometry().width());
     EXPECT_EQ(state.liveMainConfig.hWindow, window.frameGeometry().height());
     spinUntil([] { return false; }, 600);

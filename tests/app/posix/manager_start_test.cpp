@@ -10,6 +10,7 @@
 
 #include <gtest/gtest.h>
 
+#include "support/posix/caught_signal.h"
 #include "support/captured_stderr.h"
 #include "support/installation.h"
 
@@ -59,6 +60,7 @@ protected:
         EXPECT_TRUE(started);
         // Past the start: every step of the create handler has run.
         std::this_thread::sleep_for(std::chrono::milliseconds(300));
+        EXPECT_TRUE(waitUntilCaught(manager->pid(), SIGTERM, 10000));
         manager->kill(SIGTERM);
         return manager->waitExit(15000).value_or(-1);
     }

@@ -15,6 +15,7 @@
 #include <string>
 #include <vector>
 
+#include "support/posix/caught_signal.h"
 #include "support/captured_stderr.h"
 #include "support/installation.h"
 
@@ -179,6 +180,7 @@ TEST(SelfRunning, PanelsPicturesAndTheWatchBringBackWhatWasKilled)
         << countLines(log, picture) - from << " pictures in thirty seconds";
 
     // The manager goes; what it started doesn't, so the test ends it all.
+    EXPECT_TRUE(waitUntilCaught(manager->pid(), SIGTERM, 10000));
     manager->kill(SIGTERM);
     EXPECT_TRUE(manager->waitExit(10000));
     for (long pid : processesOf(install.folder()))

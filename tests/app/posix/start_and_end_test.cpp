@@ -9,6 +9,7 @@
 #include <sstream>
 #include <thread>
 
+#include "support/posix/caught_signal.h"
 #include "support/captured_stderr.h"
 #include "support/installation.h"
 
@@ -75,6 +76,7 @@ protected:
             return -2;
         EXPECT_TRUE(waitFor(ready, 20000));
         std::this_thread::sleep_for(std::chrono::milliseconds(standMs));
+        EXPECT_TRUE(waitUntilCaught(manager->pid(), SIGTERM, 10000));
         manager->kill(SIGTERM);
         return manager->waitExit(10000).value_or(-1);
     }
@@ -143,6 +145,7 @@ TEST(SettingsMigrationRun, OfferedOnlyWhenRunFromAnotherFolder)
     ASSERT_TRUE(manager);
     EXPECT_TRUE(waitFor([&] { return logTexts(logOf(first)).size() >= 2; }, 20000));
     EXPECT_EQ(readFileBytes(first.userData() / "vexlane" / "lastrun.txt"), first.folder().string() + "\n");
+    EXPECT_TRUE(waitUntilCaught(manager->pid(), SIGTERM, 10000));
     manager->kill(SIGTERM);
     ASSERT_EQ(manager->waitExit(10000).value_or(-1), 0);
 
@@ -152,6 +155,7 @@ TEST(SettingsMigrationRun, OfferedOnlyWhenRunFromAnotherFolder)
     ASSERT_TRUE(manager);
     std::this_thread::sleep_for(std::chrono::milliseconds(3000));
     EXPECT_FALSE(fs::exists(logOf(second))) << "the start went on without the offer";
+    EXPECT_TRUE(waitUntilCaught(manager->pid(), SIGTERM, 10000));
     manager->kill(SIGTERM);
     ASSERT_EQ(manager->waitExit(10000).value_or(-1), 0);
     EXPECT_EQ(readFileBytes(first.userData() / "vexlane" / "lastrun.txt"), second.folder().string() + "\n");
@@ -163,6 +167,7 @@ TEST(SettingsMigrationRun, OfferedOnlyWhenRunFromAnotherFolder)
     manager = second.startManager();
     ASSERT_TRUE(manager);
     EXPECT_TRUE(waitFor([&] { return logTexts(logOf(second)).size() >= 2; }, 20000));
+    EXPECT_TRUE(waitUntilCaught(manager->pid(), SIGTERM, 10000));
     manager->kill(SIGTERM);
     EXPECT_EQ(manager->waitExit(10000).value_or(-1), 0);
 }
