@@ -1,9 +1,6 @@
 #include "config/config_file.h"
 
-#include <fstream>
 #include <future>
-#include <iostream>
-#include <sstream>
 
 #include <gtest/gtest.h>
 
@@ -49,12 +46,6 @@ TEST(ConfigPath, JoinsWithOneSeparator) {
     EXPECT_EQ(configFilePath("/opt/vexlane/configs", "vx_main_config.json"),
               "/opt/vexlane/configs" + separator + "vx_main_config.json");
     EXPECT_EQ(configFilePath("", "x.json"), separator + "x.json");
-}
-
-TEST(ConfigPath, NativePathIsUtf8) {
-    // "Камеры" in 1251.
-    const std::u8string utf8 = toNativePath("/tmp/\xCA\xE0\xEC\xE5\xF0\xFB/a.json").u8string();
-    EXPECT_EQ(std::string(utf8.begin(), utf8.end()), "/tmp/Камеры/a.json");
 }
 
 TEST_F(ConfigFile, WritesTheExactBytes) {
@@ -150,18 +141,6 @@ TEST_F(ConfigFile, ReadHandsOverTheDocumentUnderTheLock) {
     EXPECT_EQ(err.text(), "");
 }
 
-TEST_F(ConfigFile, MissingFileWithoutDefaultsIsNotOpened) {
-    bool taken = false;
-    CapturedStderr err;
-    const ReadOutcome outcome = readConfigFile(
-        {cameraConfigMutexName, pathOf("vx_stream3.json"), "loadCamera"},
-        [&](nlohmann::json&) { taken = true; });
-    EXPECT_EQ(outcome, ReadOutcome::notOpened);
-    EXPECT_FALSE(taken);
-    EXPECT_EQ(err.text(), "");
-    EXPECT_FALSE(std::filesystem::exists(folder_.path() / "vx_stream3.json"));
-}
-
 TEST_F(ConfigFile, MissingFileGetsItsDefaultsAndIsReadAgain) {
     const std::string path = pathOf("vx_recog_config_srv.json");
     int defaultsWritten = 0;
@@ -189,15 +168,6 @@ TEST_F(ConfigFile, DefaultsThatDontHelpLeaveTheFileUnopened) {
     EXPECT_TRUE(freeForOtherThreads(controlConfigMutexName));
 }
 
-TEST_F(ConfigFile, ExistingFileGetsNoDefaults) {
-    writeBytes(folder_.path() / "vx_mess_config.json", "{}");
-    bool defaults = false;
-    readConfigFile({messengersConfigMutexName, pathOf("vx_mess_config.json"), "loadMessengers",
-                    true, [&] { defaults = true; }},
-                   [](nlohmann::json&) {});
-    EXPECT_FALSE(defaults);
-}
-
 TEST_F(ConfigFile, TruncatedFileGivesTheParseErrorWithTheBytePosition) {
     const std::string text = "{\n\t\"version\":1,\n";   // 16 bytes, cut after a comma
     writeBytes(folder_.path() / "vx_main_config.json", text);
@@ -210,14 +180,6 @@ TEST_F(ConfigFile, TruncatedFileGivesTheParseErrorWithTheBytePosition) {
     EXPECT_EQ(err.text(), "[VX2S] loadConfig parse error at byte 17\n");
     EXPECT_EQ(readBytes(folder_.path() / "vx_main_config.json"), text) << "not rewritten";
     EXPECT_TRUE(freeForOtherThreads(mainConfigMutexName));
-}
-
-TEST_F(ConfigFile, UntaggedReaderHasNoPrefix) {
-    writeBytes(folder_.path() / "a.list.json", "");
-    CapturedStderr err;
-    readConfigFile({"", pathOf("a.list.json"), "loadExtendedWhiteList", false},
-                   [](nlohmann::json&) {});
-    EXPECT_EQ(err.text(), "loadExtendedWhiteList parse error at byte 1\n");
 }
 
 TEST_F(ConfigFile, WrongTypeGivesTheTypeErrorAndKeepsWhatWasTaken) {
@@ -239,16 +201,6 @@ TEST_F(ConfigFile, WrongTypeGivesTheTypeErrorAndKeepsWhatWasTaken) {
     EXPECT_EQ(name, "before");
     EXPECT_EQ(last, "before");
     EXPECT_TRUE(freeForOtherThreads(mainConfigMutexName));
-}
-
-TEST_F(ConfigFile, MissingSectionFailsAsAFile) {
-    writeBytes(folder_.path() / "vx_stream1.json", "{\"version\":1}");
-    CapturedStderr err;
-    const ReadOutcome outcome = readConfigFile(
-        {cameraConfigMutexName, pathOf("vx_stream1.json"), "loadCamera"},
-        [](nlohmann::json& j) { j["Recognition"].value("width", 640); });
-    EXPECT_EQ(outcome, ReadOutcome::typeError);
-    EXPECT_EQ(err.text(), "[VX2S] loadCamera parse error type \n");
 }
 
 TEST_F(ConfigFile, OtherFailuresWhileTakingAreReportedAsTypeErrors) {

@@ -12,17 +12,6 @@ namespace {
 using test::readText;
 using test::writeFileBytes;
 
-const std::string defaultText = "{\n"
-                                "\t\"name\":\"ControlSrvConfig\",\n"
-                                "\t\"version\":1,\n"
-                                "\t\"port\":1235,\n"
-                                "\t\"modeDB\":2,\n"
-                                "\t\"equalLatinCyr\":false,\n"
-                                "\t\"notReturnServSymb\":true,\n"
-                                "\t\"autoUpdateListsInControl\":false,\n"
-                                "\t\"httpLogger\":false\n"
-                                "}";
-
 class ControlConfigFile : public ::testing::Test {
 protected:
     std::string dir() const { return folder_.path().string(); }
@@ -47,7 +36,7 @@ TEST_F(ControlConfigFile, AMissingFileGetsTheDefaults)
     ControlSrvConfig config;
     test::CapturedStderr err;
     ASSERT_TRUE(loadControlGlobal(dir(), config));
-    EXPECT_EQ(readText(file()), defaultText);
+    EXPECT_EQ(readText(file()), controlConfigText(ControlSrvConfig{}));   // the golden file's bytes
     EXPECT_EQ(err.text(), "");   // no safety copy for this file
     EXPECT_FALSE(std::filesystem::exists(folder_.path() / "vx_control_config.json.tmp"));
 }

@@ -14,40 +14,6 @@ namespace {
 using test::readText;
 using test::writeFileBytes;
 
-std::string defaultChannel(bool last)
-{
-    return std::string("\t{\n"
-                       "\t\t\"name\":\"\",\n"
-                       "\t\t\"channelID\":0,\n"
-                       "\t\t\"on\":false,\n"
-                       "\t\t\"typeMessenger\":0,\n"
-                       "\t\t\"token\":\"\",\n"
-                       "\t\t\"chatID\":\"\",\n"
-                       "\t\t\"delaySame\":true,\n"
-                       "\t\t\"delaySameMS\":1000,\n"
-                       "\t\t\"delayAny\":false,\n"
-                       "\t\t\"delayAnyMS\":1000,\n"
-                       "\t\t\"server\":\"\",\n"
-                       "\t\t\"sender\":\"\",\n"
-                       "\t\t\"receiver\":\"\",\n"
-                       "\t\t\"port\":0,\n"
-                       "\t\t\"image\":0\n") +
-           (last ? "\t}\n" : "\t},\n");
-}
-
-std::string defaultText()
-{
-    std::string text = "{\n"
-                       "\t\"name\":\"MessengersConfig\",\n"
-                       "\t\"version\":1,\n"
-                       "\t\"port\":1236,\n"
-                       "\t\"on\":0,\n"
-                       "\t\"channels\":[\n";
-    for (int i = 0; i < 10; ++i)
-        text += defaultChannel(i == 9);
-    return text + "\t]\n}";
-}
-
 class MessengerConfigFile : public ::testing::Test {
 protected:
     std::string dir() const { return folder_.path().string(); }
@@ -72,7 +38,7 @@ TEST_F(MessengerConfigFile, FirstReadWritesTheDefaultFile)
     test::CapturedStderr err;
     loadMessengers(dir(), config, 1235);
     EXPECT_EQ(err.text(), "");
-    EXPECT_EQ(readText(file()), defaultText());
+    EXPECT_EQ(readText(file()), messengersConfigText(MessengersConfig{}));   // the golden file's shape
     EXPECT_EQ(config.port, 1236);
     EXPECT_FALSE(config.on);
     EXPECT_TRUE(config.channels[0].delaySame);

@@ -13,29 +13,6 @@ namespace {
 using test::readText;
 using test::writeFileBytes;
 
-const std::string defaultText = "{\n"
-                                "\t\"name\":\"RecognitionSrvConfig\",\n"
-                                "\t\"versionIIS\":1,\n"
-                                "\t\"maxImagesInQueue\":10,\n"
-                                "\t\"gpuObjects\":1, \n"
-                                "\t\"mode\":0,\n"
-                                "\t\"expandedResult\":1,\n"
-                                "\t\"detectConfThresh\":0.25,\n"
-                                "\t\"detectConfPerson\":0.25,\n"
-                                "\t\"detectConfVehicle\":0.25,\n"
-                                "\t\"pathToConfigForLibrary\":\"vxplate2dataconfigsmall.json\",\n"
-                                "\t\"modeConfig\":1,\n"
-                                "\t\"minPlateHeight\":12,\n"
-                                "\t\"minPlateWidth\":60,\n"
-                                "\t\"minSymbolsPlate\":6,\n"
-                                "\t\"maxSymbolsPlate\":15,\n"
-                                "\t\"turn\":true,\n"
-                                "\t\"gpu\":false,\n"
-                                "\t\"bigSymbolModel\":false,\n"
-                                "\t\"port\":1234,\n"
-                                "\t\"plateTemplates\":[]\n"
-                                "}";
-
 class RecognitionConfigFile : public ::testing::Test {
 protected:
     std::string dir() const { return folder_.path().string(); }
@@ -61,7 +38,8 @@ TEST_F(RecognitionConfigFile, FirstReadWritesTheDefaultsAndReadsThemBack)
     test::CapturedStderr err;
     EXPECT_TRUE(loadRecogGlobal(dir(), config));
     EXPECT_EQ(err.text(), "");
-    EXPECT_EQ(readText(file()), defaultText);
+    // The fresh record's bytes (the golden vx_recog_config_srv.json).
+    EXPECT_EQ(readText(file()), recognitionConfigText(RecognitionSrvConfig{}));
     // The written file holds gpuObjects, so its default from the plate length
     // doesn't come into play.
     EXPECT_EQ(config.gpuObjects, 1);

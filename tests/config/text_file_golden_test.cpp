@@ -22,6 +22,7 @@
 #include "maintenance/local_time.h"
 #include "maintenance/log_buffer.h"
 #include "platform/paths.h"
+#include "camera_away_record.h"
 #include "white_list_test_files.h"
 
 namespace vx::config {
@@ -140,6 +141,15 @@ const GoldenFile goldenFiles[] = {
          CameraConfig c;
          ASSERT_TRUE(loadCamera(cameraFilePath(f.dir(), 1), c, 300));
          ASSERT_TRUE(saveCamera(cameraFilePath(f.dir(), 1), c, 1234, 1235));
+     }},
+    {"vx_stream7.json",
+     [](const ConfigFolder& f) {
+         ASSERT_TRUE(saveCamera(cameraFilePath(f.dir(), 7), awayFromDefaults(), 4000, 4001));
+     },
+     [](const ConfigFolder& f) {
+         CameraConfig c;
+         ASSERT_TRUE(loadCamera(cameraFilePath(f.dir(), 7), c, 300));
+         ASSERT_TRUE(saveCamera(cameraFilePath(f.dir(), 7), c, 4000, 4001));
      }},
     {"vx_recog_config_srv.json",
      [](const ConfigFolder& f) { ASSERT_TRUE(saveRecogGlobal(f.dir(), RecognitionSrvConfig{})); },

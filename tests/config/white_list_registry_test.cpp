@@ -51,19 +51,6 @@ std::vector<std::string> namesOf(const WhiteListTable& table) {
     return names;
 }
 
-TEST(WhiteListRegistry, TextShape) {
-    EXPECT_EQ(registryOf({{"Empty", "empty.list.csv"}}), defaultRegistry);
-    // Names and files go through the conversion only: a name is stored
-    // escaped already.
-    EXPECT_EQ(registryOf({{"Empty", "empty.list.csv"},
-                          {utf8ToCp1251("Двор \\\"А\\\""), "list1.list.csv"}}),
-              "{\n\t\"whitelists\":[\n"
-              "\t\t{\n\t\t\t\"name\":\"Empty\",\n\t\t\t\"file\":\"empty.list.csv\"\n\t\t},\n"
-              "\t\t{\n\t\t\t\"name\":\"Двор \\\"А\\\"\",\n\t\t\t\"file\":\"list1.list.csv\"\n\t\t}\n"
-              "\t]\n}");
-    EXPECT_EQ(registryOf({}), "{\n\t\"whitelists\":[\n\t]\n}");
-}
-
 TEST(WhiteListRegistry, FirstStartWritesBothDefaultFiles) {
     ConfigFolder folder;
     WhiteListTable table;
@@ -200,21 +187,6 @@ TEST(WhiteListRegistry, ReaderTable) {
             EXPECT_EQ(folder.bytes("vx_stream_config_whitelists.json"), c.bytes);
         }
     }
-}
-
-TEST(WhiteListRegistry, TwoBrokenRegistriesLeaveTwoCopies) {
-    ConfigFolder folder;
-    for (const char* bytes : {"{broken", "{broken too"}) {
-        folder.put("vx_stream_config_whitelists.json", bytes);
-        WhiteListTable table;
-        CapturedStderr err;
-        loadAllWhiteLists(table, folder.dir());
-    }
-    const std::vector<std::string> kept = brokenCopies(folder);
-    ASSERT_EQ(kept.size(), 2u);
-    std::vector<std::string> contents = {folder.bytes(kept[0]), folder.bytes(kept[1])};
-    std::sort(contents.begin(), contents.end());
-    EXPECT_EQ(contents, (std::vector<std::string>{"{broken", "{broken too"}));
 }
 
 TEST(WhiteListRegistry, ABadRowCostsThatRowAloneAndTheOtherListsStillLoad) {

@@ -1,10 +1,9 @@
-// The form toolkit: fields as the operator drives them, the checks of an
-// accept and the message boxes' titles and kinds.
+// The form toolkit: fields as the operator drives them and the checks of
+// an accept (the boxes' titles and kinds are looked at with each form).
 #include <gtest/gtest.h>
 
 #include "dialogs/form.h"
 #include "dialogs/form_fields.h"
-#include "dialogs/picker_text.h"
 #include "dialogs/plate_case.h"
 #include "white_list_fixture.h"
 
@@ -92,22 +91,6 @@ TEST(FormFields, NumbersAreTheirTextsLeadingNumber)
     EXPECT_EQ(real.text, "0.33");
 }
 
-TEST(FormFields, TableWidthsGiveTheLastColumnTheRest)
-{
-    TableField table;
-    table.columns = {{"ID", 0.05, false}, {"a", 0.28, true}, {"b", 0.28, true}, {"c", 0, true}};
-    EXPECT_EQ(table.widths(1000), (std::vector<int>{50, 280, 280, 390}));
-    EXPECT_EQ(table.widths(0), (std::vector<int>{0, 0, 0, 0}));
-    table.rows = {{"0"}, {"1"}};
-    std::int32_t clicked = -2;
-    table.onDoubleClick = [&](std::int32_t r) { clicked = r; };
-    table.doubleClick(1);
-    EXPECT_EQ(clicked, 1);
-    EXPECT_EQ(table.selectedRow, 1);
-    table.doubleClick(7);   // no row there: no selection
-    EXPECT_EQ(clicked, -1);
-}
-
 TEST(FormChecks, TheLastFailingTestGivesTheOneMessage)
 {
     ScriptedMessages messages;
@@ -158,40 +141,6 @@ TEST(FormChecks, TheLastFailingTestGivesTheOneMessage)
         }
     }
     EXPECT_EQ(messages.shown.size(), 1u);
-}
-
-TEST(Messages, QuestionsHaveTheirTitlesButtonsAndScriptedAnswers)
-{
-    ScriptedMessages messages;
-    messages.answer(true);
-    EXPECT_TRUE(askYesNo(messages, "q1"));
-    EXPECT_FALSE(askOkCancel(messages, "q2"));   // script ran out: otherAnswer
-    showInformation(messages, "note");
-    ASSERT_EQ(messages.shown.size(), 3u);
-    EXPECT_EQ(messages.shown[0].title, cp("Осторожно!"));
-    EXPECT_EQ(messages.shown[0].buttons, MessageButtons::yesNo);
-    EXPECT_EQ(messages.shown[0].icon, MessageIcon::warning);
-    EXPECT_EQ(messages.shown[1].title, cp("Предупреждение"));
-    EXPECT_EQ(messages.shown[1].buttons, MessageButtons::okCancel);
-    EXPECT_EQ(messages.shown[2].title, cp("Сообщение"));
-    EXPECT_EQ(messages.shown[2].icon, MessageIcon::information);
-}
-
-TEST(PickerText, DateAndTimeFormsAndJoining)
-{
-    config::DateTime date{};
-    date.year = 2024;
-    date.month = 3;
-    date.day = 1;
-    date.hour = 23;
-    config::DateTime time{};
-    time.year = 1999;
-    time.hour = 8;
-    time.minute = 5;
-    const config::DateTime joined = joinDateTime(date, time);
-    EXPECT_EQ(dateTimeText(joined), "2024-03-01 08:05:00");
-    EXPECT_EQ(dateText(joined), "2024-03-01");
-    EXPECT_EQ(timeText(joined), "08:05:00");
 }
 
 TEST(PlateCase, LatinAndCyrillicLettersOnlyAreRaised)

@@ -83,6 +83,8 @@ TEST_F(EntryTest, EmptyAndRepeatedNumbersAreRefusedOnlyWhereTheyShouldBe)
     EXPECT_EQ(messages.shown.back().text, cp("Такой номер уже существует!"));
     EXPECT_EQ(list(ListsOnDisk::plain).entries.size(), 4u);
 
+    EXPECT_TRUE(entry(ListsOnDisk::plain, 77).num.text.empty());   // a missing row: an empty form
+
     // An edit may give two rows one number, and makes the list dirty.
     table.lists[ListsOnDisk::plain].dirty = false;
     ListEntryForm& edit = entry(ListsOnDisk::plain, 2);
@@ -131,29 +133,6 @@ TEST_F(EntryTest, AFieldThatWouldSplitItsRowIsRefused)
     }
     EXPECT_EQ(list(ListsOnDisk::plain).entries.size(), 3u);
     EXPECT_EQ(list(ListsOnDisk::plain).entries[0].num, "B200");
-}
-
-TEST_F(EntryTest, ANewRowInAListReorderedByHandTakesTheLargestIdPlusOne)
-{
-    std::vector<config::WhiteListEntry>& rows = table.lists[ListsOnDisk::plain].entries;
-    std::swap(rows[0], rows[2]);   // IDs 2, 1, 0 in stored order
-    ListEntryForm& form = entry(ListsOnDisk::plain, -1);
-    form.num.type("N1");
-    ASSERT_TRUE(form.accept());
-    EXPECT_EQ(rows.back().ID, 3);
-}
-
-TEST_F(EntryTest, IdsRepeatAfterTheLastRowWasDeleted)
-{
-    config::deleteListRow(table, ListsOnDisk::plain, 2);
-    ListEntryForm& form = entry(ListsOnDisk::plain, -1);
-    form.num.type("N1");
-    ASSERT_TRUE(form.accept());
-    EXPECT_EQ(list(ListsOnDisk::plain).entries.back().ID, 2);
-
-    // A missing row leaves the form empty.
-    ListEntryForm& missing = entry(ListsOnDisk::plain, 77);
-    EXPECT_TRUE(missing.num.text.empty());
 }
 
 TEST_F(EntryTest, OneTimeRowsShowAndTakeTheirTimesWithTheEndBeforeTheStart)

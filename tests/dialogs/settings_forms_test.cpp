@@ -68,17 +68,6 @@ TEST_F(SettingsTest, AcceptReplacesTheRecordWithDefaultsForWhatTheFormDoesNotHol
     EXPECT_TRUE(record.videoStreams.empty());
 }
 
-TEST_F(SettingsTest, NumbersTakeTheirLeadingDigits)
-{
-    form.videoChunk.type("60 s");
-    form.maxSizeVideo.type("500 Mb");
-    form.timeLife.type(" 7 days");
-    EXPECT_TRUE(form.accept());
-    EXPECT_EQ(record.videoChunk, 60);
-    EXPECT_EQ(record.maxSizeVideoDirectoryMb, 500u);
-    EXPECT_EQ(record.timeLife, 7);
-}
-
 TEST_F(SettingsTest, TheLogFormRefusesQuoteAndBackslashAndFoldersTheQuote)
 {
     const std::string formatText = cp("Формат журнала номеров не может содержать символы \" и \\!");

@@ -2,14 +2,8 @@
 // the white list refresh, the checks and what accept keeps.
 #include <gtest/gtest.h>
 
-#include <fstream>
-
-#include "config/camera_config.h"
-#include "config/receiver_samples.h"
 #include "config/text_codec.h"
 #include "dialogs/signal_form.h"
-#include "support/captured_stderr.h"
-#include "support/temp_dir.h"
 
 using namespace vx;
 using namespace vx::dialogs;
@@ -300,50 +294,4 @@ TEST_F(SignalFormTest, AcceptKeepsTheNumberAndOnFlagAndReplacesTheRest)
     EXPECT_EQ(working.conditionsSignals, 2);
     EXPECT_EQ(working.signal.bodyEncoding, 1);
     EXPECT_EQ(working.signal.name, "Custom");
-}
-
-TEST_F(SignalFormTest, ABodyWithQuotesBackslashesAndBreaksReachesTheCameraFileEscaped)
-{
-    test::RuntimeSandbox runtime;
-    test::TempDir folder;
-    SignalForm& f = form();
-    f.requestType.select(1);
-    const std::string body = "{\"plate\":\"{plate}\",\r\n\"dir\":\"C:\\data\\x\"}\nend";
-    f.body.type(body);
-    ASSERT_TRUE(f.accept());
-    config::CameraConfig camera;
-    camera.control.Control[1] = working;
-    const std::string text = config::cameraConfigText(camera, 1234, 1235);
-    EXPECT_NE(text.find("\"signal.body\":\"{\\\"plate\\\":\\\"{plate}\\\",\\r\\n\\\"dir\\\":\\\"C:\\\\data\\\\x\\\"}"
-                        "\\nend\""),
-              std::string::npos);
-    const std::string path = (folder.path() / "vx_stream0.json").string();
-    config::saveCamera(path, camera, 1234, 1235);
-    config::CameraConfig back;
-    ASSERT_TRUE(config::loadCamera(path, back, 0));
-    EXPECT_EQ(back.control.Control[1].signal.body, body);
-}
-
-TEST_F(SignalFormTest, AMissingOrBrokenTemplateFileLeavesCustom)
-{
-    test::TempDir folder;
-    std::vector<config::ReceiverSample> loaded;
-    config::loadSignals(folder.path().string(), loaded);   // no file
-    samples = loaded;
-    working.signal.name = "Gate";
-    SignalForm& f = form();
-    EXPECT_EQ(f.receivers.items, std::vector<std::string>{"Custom"});
-    EXPECT_EQ(f.receivers.selected, 0);
-    f.applyReceiver.press();   // Custom: an empty GET
-    EXPECT_EQ(f.url.text, "");
-
-    {
-        std::ofstream broken(folder.path() / config::receiverSamplesFileName);
-        broken << "{\"templates\":[{\"name\":\"A\",\"type\":1},{\"name\":";
-    }
-    test::CapturedStderr quiet;
-    loaded.clear();
-    config::loadSignals(folder.path().string(), loaded);
-    samples = loaded;
-    EXPECT_EQ(form().receivers.items, std::vector<std::string>{"Custom"});
 }

@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include "config/text_codec.h"
-#include "dialogs/signal_form.h"
 #include "dialogs/signals_reports_form.h"
 
 using namespace vx;
@@ -269,25 +268,4 @@ TEST_F(SignalsReportsTest, EditingASignalGoesBackAtOnceWithTheStoredOnFlag)
     ASSERT_TRUE(f.accept());
     EXPECT_FALSE(control.Control[2].on);
     EXPECT_EQ(control.Control[2].name, "renamed");
-}
-
-TEST_F(SignalsReportsTest, TheRealSignalFormAsTheEditor)
-{
-    std::vector<config::ReceiverSample> samples{config::ReceiverSample{}};
-    config::WhiteListTable lists;
-    editor = [&](config::SignalConfig& working) {
-        SignalForm signal(working, samples, lists, messages, nullptr);
-        signal.fill();
-        EXPECT_EQ(signal.title(), cp("Настройка сигнала 2"));
-        signal.name.type("door");
-        signal.timeOutSend.type("");   // refused, then mended
-        EXPECT_FALSE(signal.accept());
-        signal.timeOutSend.type("50000");
-        return signal.accept();
-    };
-    SignalsReportsForm& f = form();
-    f.editSignal[1].press();
-    EXPECT_EQ(control.Control[1].name, "door");
-    EXPECT_EQ(control.Control[1].timeOutSend, 50000);
-    EXPECT_EQ(f.signalName[1].text, "door");
 }

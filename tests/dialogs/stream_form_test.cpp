@@ -86,24 +86,13 @@ TEST_F(StreamFormTest, LinkIsTrimmedAndNeedsThreeCharacters)
 TEST_F(StreamFormTest, FrameRate)
 {
     StreamForm& f = form();
-    f.fps.type("");
-    EXPECT_EQ(acceptMessage(), cp(fpsText));
-    f.fps.type("1000.5");
-    EXPECT_EQ(acceptMessage(), cp(fpsText));
-    f.fps.type("0.5");
-    EXPECT_EQ(acceptMessage(), "");
-    EXPECT_FLOAT_EQ(record.fps, 0.5f);
-    // The leading number is taken, with the operator's decimal comma.
-    f.fps.type("25 fps");
-    f.width.type("640 px");
-    EXPECT_EQ(acceptMessage(), "");
-    EXPECT_FLOAT_EQ(record.fps, 25.0f);
-    EXPECT_EQ(record.width, 640);
-    f.fps.type("12,5");
+    for (const char* bad : {"", "1000.5", "fps"}) {
+        f.fps.type(bad);
+        EXPECT_EQ(acceptMessage(), cp(fpsText)) << bad;
+    }
+    f.fps.type("12,5");   // the operator's decimal comma
     EXPECT_EQ(acceptMessage(), "");
     EXPECT_FLOAT_EQ(record.fps, 12.5f);
-    f.fps.type("fps");
-    EXPECT_EQ(acceptMessage(), cp(fpsText));
 }
 
 TEST_F(StreamFormTest, TheNameRefusesQuoteAndBackslashAndTheLinkTheQuote)

@@ -271,6 +271,7 @@ TEST_F(ManagerTest, SavingWritesTheListOnShowAndSaysSo)
     EXPECT_EQ(disk.bytes(file), "ID,num,car,add\n1,Я100,audi,a,\n2,A300,Zil,m,\n");
     ASSERT_EQ(messages.shown.size(), 1u);
     EXPECT_EQ(messages.shown[0].text, cp("Сохранен список Въезд!"));
+    EXPECT_EQ(messages.shown[0].title, cp("Сообщение"));
     EXPECT_EQ(messages.shown[0].icon, MessageIcon::information);
 
     // A file that won't open: the operator is told and the list stays unsaved.

@@ -82,17 +82,6 @@ TEST_F(ConfigWriteSafety, FailedWriteKeepsTheFileAndItsSafetyCopy)
     EXPECT_EQ(snapshot(), before) << "a file changed, or a temporary file was left";
 }
 
-TEST_F(ConfigWriteSafety, FailedWriteSaysWhichFile)
-{
-    std::filesystem::create_directory(file("vx_control_config.json.new"));   // can't be written
-    test::CapturedStderr err;
-    EXPECT_FALSE(saveControlGlobal(folder(), ControlSrvConfig{}));
-    EXPECT_NE(err.text().find("Failed to write config file " + file("vx_control_config.json").string() + ": "),
-              std::string::npos)
-        << err.text();
-    EXPECT_EQ(readFileBytes(file("vx_control_config.json")), controlConfigText(first_.control));
-}
-
 // Fields written without escaping, as their formats say: a `"` in one would
 // make the file unreadable for its reader.
 TEST_F(ConfigWriteSafety, TextItsReaderCantTakeIsNotWritten)
