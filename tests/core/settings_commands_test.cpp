@@ -292,12 +292,5 @@ TEST(SettingsCommandsProcesses, ANewRecognitionPortRestartsTheServiceThereAndRew
     state.pendingTasks.waitAll();
     EXPECT_EQ(test::findProcessIn(folder, "vxMes"), 0);
 
-    for (int i = 0; i < 10; ++i) {
-        const long pid = test::findProcessIn(folder, "vxInference");
-        if (pid == 0)
-            break;
-        platform::terminateProcess(pid);
-        test::waitFor([&] { return test::findProcessIn(folder, "vxInference") != pid; }, 2000);
-    }
-    EXPECT_EQ(test::findProcessIn(folder, "vxInference"), 0);
+    EXPECT_TRUE(test::endProcessesIn(folder, {"vxInference"}));
 }

@@ -21,17 +21,7 @@ namespace fs = std::filesystem;
 using test::readFileBytes;
 using test::writeFileBytes;
 
-// The levelled lines of the log, without their time stamps.
-std::vector<std::string> logTexts(const fs::path& file)
-{
-    std::vector<std::string> lines;
-    std::istringstream in(readFileBytes(file));
-    for (std::string line; std::getline(in, line);) {
-        if (!line.empty() && line.back() == '\r') line.pop_back();
-        lines.push_back(line.size() > 21 ? line.substr(21) : line);
-    }
-    return lines;
-}
+using test::logTexts;
 
 class StartupStreams : public ::testing::Test {
 protected:

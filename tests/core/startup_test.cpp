@@ -18,21 +18,6 @@ namespace fs = std::filesystem;
 using test::readFileBytes;
 using test::writeFileBytes;
 
-std::vector<std::string> linesOf(const std::string& text)
-{
-    std::vector<std::string> lines;
-    std::istringstream in(text);
-    for (std::string line; std::getline(in, line);)
-        lines.push_back(line.substr(0, line.size() - (!line.empty() && line.back() == '\r')));
-    return lines;
-}
-
-// The text behind the time stamp: "[stamp]rest" gives "rest".
-std::string afterStamp(const std::string& line)
-{
-    return line.size() > 21 ? line.substr(21) : "";
-}
-
 const std::string minimalMainConfig = "{\"videoStreams\":[],\"autoRunStreams\":[]}";
 
 // An installation folder of its own, with configs/ and logs/, and everything
@@ -60,10 +45,7 @@ protected:
     }
 
     fs::path base() const { return dir_.path(); }
-    std::vector<std::string> logLines() const
-    {
-        return linesOf(readFileBytes(base() / "logs" / "VexlaneLog.txt"));
-    }
+    std::vector<std::string> logLines() const { return test::logTexts(base() / "logs" / "VexlaneLog.txt"); }
     // Steps 9 to 13 and 17, as the create handler runs them.
     bool runSteps()
     {
@@ -106,11 +88,11 @@ TEST_F(Startup, AFirstStartWritesTheDefaultsAndOpensTheLog)
     // Level 3 keeps the trace lines out: only "Start" and the version.
     const auto lines = logLines();
     ASSERT_EQ(lines.size(), 2u);
-    EXPECT_EQ(afterStamp(lines[0]), "Start");
-    EXPECT_EQ(afterStamp(lines[1]), "1.0.0.1");
+    EXPECT_EQ(lines[0], "Start");
+    EXPECT_EQ(lines[1], "1.0.0.1");
     // Standard error now ends in the log.
     std::cerr << "[VX2S] later" << std::endl;
-    EXPECT_EQ(afterStamp(logLines().back()), " [VX2S] later");
+    EXPECT_EQ(logLines().back(), " [VX2S] later");
 }
 
 TEST_F(Startup, TheSavedSettingsSwitchTheWatchTheTickAndTheThreshold)
@@ -126,9 +108,9 @@ TEST_F(Startup, TheSavedSettingsSwitchTheWatchTheTickAndTheThreshold)
     EXPECT_TRUE(state_.liveMainConfig.globalRestart);
     const auto lines = logLines();
     ASSERT_EQ(lines.size(), 4u);
-    EXPECT_EQ(afterStamp(lines[2]), "[TRACE]ConfigGlobal ok!");
-    EXPECT_EQ(afterStamp(lines[3]), "[TRACE]loadControlGlobal ok!");
-    EXPECT_EQ(afterStamp(linesOf(readFileBytes(base() / "logs" / "perf.txt")).at(0)), "Start");
+    EXPECT_EQ(lines[2], "[TRACE]ConfigGlobal ok!");
+    EXPECT_EQ(lines[3], "[TRACE]loadControlGlobal ok!");
+    EXPECT_EQ(test::logTexts(base() / "logs" / "perf.txt").at(0), "Start");
 }
 
 TEST_F(Startup, ABrokenMainConfigStopsWithTheMessageAndAPostedTeardown)
@@ -179,8 +161,8 @@ TEST_F(Startup, ACorruptControlConfigGoesOnWithoutAMessage)
     const auto lines = logLines();
     ASSERT_GE(lines.size(), 2u);
     // The reader's complaint reaches the log through standard error.
-    EXPECT_EQ(afterStamp(lines[lines.size() - 2]), " [VX2S] loadControlGlobal parse error at byte 23");
-    EXPECT_EQ(afterStamp(lines.back()), "[TRACE]loadControlGlobal ok!");
+    EXPECT_EQ(lines[lines.size() - 2], " [VX2S] loadControlGlobal parse error at byte 23");
+    EXPECT_EQ(lines.back(), "[TRACE]loadControlGlobal ok!");
 }
 
 TEST_F(Startup, ALogFolderThatIsntThereLeavesTheManagerRunning)

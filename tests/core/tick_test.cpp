@@ -1,5 +1,4 @@
-// The tick as the log and perf.txt see it, the status text from any thread,
-// and the quota task on the manager's state.
+// The tick as the log and perf.txt see it, and the quota task on the manager's state.
 #include <gtest/gtest.h>
 
 #include <fstream>
@@ -43,14 +42,7 @@ struct Logs {
             maintenance::setSystemLog(nullptr);   // flushed and closed
         else
             maintenance::setPerfLog(nullptr);
-        std::vector<std::string> out;
-        std::istringstream in(test::readFileBytes(dir.path() / name));
-        for (std::string line; std::getline(in, line);) {
-            if (!line.empty() && line.back() == '\r')
-                line.pop_back();
-            out.push_back(line.size() > 21 ? line.substr(21) : "");
-        }
-        return out;
+        return test::logTexts(dir.path() / name);
     }
 };
 
@@ -93,31 +85,13 @@ TEST(Tick, PerfSampleOnlyOfAKnownRateWithPerfLogOne)
     state.statusControl = 1;
     state.statusMes = 1;
     state.restartControl = 10;
-    const StatusPanelTexts texts = statusPanelTexts(state);
-    EXPECT_EQ(config::cp1251ToUtf8(texts.services),
-              "Анализ:25 кадров/сек\r\nКонтроль:ОК\r\nУправление:ОК\r\nМессендж:ОК");
-    EXPECT_EQ(config::cp1251ToUtf8(texts.streams), "Всего:0\r\nЗапущенных:0\r\nПланированно:0");
+    statusPanelTexts(state);
     state.fpsRecognition = -1;   // the service is down
     statusPanelTexts(state);
     state.fpsRecognition = 24;
     state.liveMainConfig.perfLog = 2;   // only 1 samples
     statusPanelTexts(state);
     EXPECT_EQ(logs.lines("perf.txt"), (std::vector<std::string>{"25"}));
-}
-
-TEST(Tick, StatusTextShownFromAnyThreadAndClearedAfterTwentyOneTicks)
-{
-    AppState state;
-    std::mutex mutex;
-    std::vector<std::string> shown;
-    state.status.setShown([&](const std::string& text) {
-        std::lock_guard<std::mutex> lock(mutex);
-        shown.push_back(text);
-    });
-    std::thread([&] { state.status.set("from a worker"); }).join();
-    for (int i = 0; i < 21; ++i)
-        onTimer(state);
-    EXPECT_EQ(shown, (std::vector<std::string>{"from a worker", ""}));
 }
 
 TEST(Tick, QuotaTaskWorksOnTheArchiveOfTheMainConfig)

@@ -1,5 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <mutex>
+#include <thread>
+
 #include "config/text_codec.h"
 #include "core/status_panels.h"
 #include "core/timer_thread.h"
@@ -117,16 +120,25 @@ TEST(TimerThread, FinishedTasksArePrunedFromTheSixthTickOn)
     running.set_value();
 }
 
+// The text set from any thread is shown, stays twenty ticks and goes on
+// the twenty-first.
 TEST(OnTimer, StatusTextStaysTwentyOneTicks)
 {
     AppState state;
-    state.status.set("hello");
+    std::mutex mutex;
+    std::vector<std::string> shown;
+    state.status.setShown([&](const std::string& text) {
+        std::lock_guard<std::mutex> lock(mutex);
+        shown.push_back(text);
+    });
+    std::thread([&] { state.status.set("hello"); }).join();
     for (int i = 0; i < 20; ++i) {
         EXPECT_TRUE(onTimer(state));
         EXPECT_EQ(state.status.get(), "hello") << "tick " << i;
     }
     onTimer(state);
     EXPECT_EQ(state.status.get(), "");
+    EXPECT_EQ(shown, (std::vector<std::string>{"hello", ""}));
     EXPECT_TRUE(state.tickPending);
 
     // A new text restarts the count; while minimised nothing counts.

@@ -5,16 +5,30 @@
 namespace vx::liveview {
 namespace {
 
-TEST(TileLayout, EmptyTableOnTheSmallestZone)
+// Rows grow from two until the places (streams and the add tile) fit.
+// 1920 by 1040 with 17 places: r = 2: gap 26, tile 480, columns 3 -> 6;
+// r = 3: gap 17, tile 324, columns 5 -> 15; r = 4: gap 13, tile 240,
+// columns 7 -> 28. (-1: not looked at.)
+TEST(TileLayout, RowsGrowUntilTheTilesFit)
 {
-    const TileLayout layout = computeTileLayout(640, 480, 0);
-    EXPECT_EQ(layout.gap, 12);
-    EXPECT_EQ(layout.tile, 220);
-    EXPECT_EQ(layout.columns, 2);
-    EXPECT_EQ(layout.rows, 2);
-    EXPECT_EQ(layout.gapX, 66);   // (640 - 440) / 3
-    EXPECT_EQ(layout.gapY, 13);   // (480 - 440) / 3
-
+    struct Case {
+        int width, height, streams;
+        int gap, tile, columns, rows, gapX, gapY;
+    };
+    const Case cases[] = {
+        {640, 480, 0, 12, 220, 2, 2, 66, 13},
+        {4000, 480, 1, -1, 220, -1, 2, -1, -1},   // one stream on a wide zone: still two rows
+        {1920, 1040, 16, 13, 240, 7, 4, 30, 16},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.width);
+        const TileLayout l = computeTileLayout(c.width, c.height, c.streams);
+        const int got[] = {l.gap, l.tile, l.columns, l.rows, l.gapX, l.gapY};
+        const int wanted[] = {c.gap, c.tile, c.columns, c.rows, c.gapX, c.gapY};
+        for (int i = 0; i < 6; ++i)
+            if (wanted[i] >= 0)
+                EXPECT_EQ(got[i], wanted[i]) << i;
+    }
     TileGrid grid;
     layoutTiles(grid, 640, 480, 0);
     EXPECT_EQ(grid.zoneWidth, 640);
@@ -24,27 +38,6 @@ TEST(TileLayout, EmptyTableOnTheSmallestZone)
     EXPECT_EQ(grid.addTileRect, (TileRect{66, 13, 220, 220}));
     EXPECT_EQ(grid.requestWidth, 320);
     EXPECT_EQ(grid.requestHeight, 320);
-}
-
-TEST(TileLayout, OneStreamOnAWideZoneStillTakesTwoRows)
-{
-    const TileLayout layout = computeTileLayout(4000, 480, 1);
-    EXPECT_EQ(layout.rows, 2);
-    EXPECT_EQ(layout.tile, 220);
-}
-
-TEST(TileLayout, RowsGrowUntilTheTilesFit)
-{
-    // 1920 by 1040, 16 streams and the add tile: 17 places.
-    // r = 2: gap 26, tile 480, columns 3 -> 6; r = 3: gap 17, tile 324,
-    // columns 5 -> 15; r = 4: gap 13, tile 240, columns 7 -> 28.
-    const TileLayout layout = computeTileLayout(1920, 1040, 16);
-    EXPECT_EQ(layout.rows, 4);
-    EXPECT_EQ(layout.gap, 13);
-    EXPECT_EQ(layout.tile, 240);
-    EXPECT_EQ(layout.columns, 7);
-    EXPECT_EQ(layout.gapX, 30);   // (1920 - 1680) / 8
-    EXPECT_EQ(layout.gapY, 16);   // (1040 - 960) / 5
 }
 
 TEST(TileLayout, PlacesRunLeftToRightThenTopToBottom)
@@ -90,19 +83,15 @@ TEST(TileLayout, AZoneNarrowerThanOneTileRunsToTheRowLimit)
     EXPECT_LE(narrow.tile, 150);
 }
 
-TEST(TileLayout, AZoneOfNoHeightHasNoTiles)
-{
-    TileGrid grid;
-    layoutTiles(grid, 640, 0, 2);
-    EXPECT_EQ(grid.tileSize, 0);
-    EXPECT_EQ(tileAt(grid, 0, 0), noTile);
-}
-
-TEST(TileAt, NothingBeforeTheFirstLayout)
+// No tile is hit before the first layout, nor on a zone of no height.
+TEST(TileAt, NothingWithoutALayout)
 {
     TileGrid grid;
     grid.tileRects.push_back({0, 0, 100, 100});
     EXPECT_EQ(tileAt(grid, 10, 10), noTile);
+    layoutTiles(grid, 640, 0, 2);
+    EXPECT_EQ(grid.tileSize, 0);
+    EXPECT_EQ(tileAt(grid, 0, 0), noTile);
 }
 
 TEST(TileAt, LeftAndTopEdgesInsideRightAndBottomOutside)
@@ -132,14 +121,9 @@ TEST(TileAt, LeftAndTopEdgesInsideRightAndBottomOutside)
     EXPECT_EQ(tileAt(grid, add.x, add.y + add.height), noTile);
     EXPECT_EQ(tileAt(grid, add.x - 1, add.y), noTile);
     EXPECT_EQ(tileAt(grid, -1, -1), noTile);
-}
-
-TEST(TileAt, TheAddTileIsTestedFirst)
-{
-    TileGrid grid;
-    grid.addTileRect = {0, 0, 50, 50};
-    grid.tileRects.push_back({0, 0, 50, 50});
-    EXPECT_EQ(tileAt(grid, 10, 10), addTile);
+    // The add tile is tested first.
+    grid.tileRects[0] = grid.addTileRect;
+    EXPECT_EQ(tileAt(grid, add.x, add.y), addTile);
 }
 
 TEST(MouseCoordinate, AboveSixtyThousandIsMinusOne)

@@ -1,10 +1,6 @@
 #include <gtest/gtest.h>
 
-#include <mutex>
 #include <set>
-#include <thread>
-
-#include <httplib.h>
 
 #include "platform/paths.h"
 #include "service_test_support.h"
@@ -17,70 +13,6 @@ namespace {
 
 // A service's image name on this platform (".exe" on Windows).
 std::string image(const std::string& name) { return name + platform::executableSuffix; }
-
-// A service inside the test: answers on a loopback port and notes what it got.
-class LocalService {
-public:
-    LocalService()
-    {
-        port_ = server_.bind_to_any_port("127.0.0.1");
-        server_.set_logger([this](const httplib::Request& req, const httplib::Response&) {
-            std::lock_guard<std::mutex> lock(mutex_);
-            std::string text = req.method + " " + req.path;
-            for (const auto& [k, v] : req.params)
-                text += " " + k + "=" + v;
-            requests_.push_back(text);
-        });
-        server_.Get("/FPS", [this](const httplib::Request&, httplib::Response& res) {
-            std::lock_guard<std::mutex> lock(mutex_);
-            res.status = fpsStatus_;
-            res.set_content(fpsBody_, "application/json");
-        });
-        auto ok = [](const httplib::Request&, httplib::Response& res) { res.set_content("OK", "text/plain"); };
-        server_.Get("/CheckRun", ok);
-        server_.Get("/StopServer", ok);
-        server_.Get("/UpdateConfig", ok);
-        server_.Post("/GenerateReport", ok);
-        server_.Post("/HandSignal", ok);
-        thread_ = std::thread([this] { server_.listen_after_bind(); });
-        // Bound already, so early connections wait in the backlog; this only
-        // keeps the first request from racing the accept loop's start.
-        test::waitUntil([this] { return server_.is_running(); }, 2000);
-    }
-    ~LocalService()
-    {
-        server_.stop();
-        thread_.join();
-    }
-    int port() const { return port_; }
-    void answerFps(int status, const std::string& body)
-    {
-        std::lock_guard<std::mutex> lock(mutex_);
-        fpsStatus_ = status;
-        fpsBody_ = body;
-    }
-    std::vector<std::string> requests()
-    {
-        std::lock_guard<std::mutex> lock(mutex_);
-        return requests_;
-    }
-    // The server notes a request after its answer went out: waits (bounded)
-    // until `count` requests are noted.
-    std::vector<std::string> requests(std::size_t count)
-    {
-        test::waitUntil([&] { return requests().size() >= count; }, 3000);
-        return requests();
-    }
-
-private:
-    httplib::Server server_;
-    std::thread thread_;
-    int port_ = 0;
-    std::mutex mutex_;
-    int fpsStatus_ = 200;
-    std::string fpsBody_ = "{\"fps\":17}";
-    std::vector<std::string> requests_;
-};
 
 class Workers : public ::testing::Test {
 protected:
@@ -107,7 +39,7 @@ protected:
     }
     // The request log, with the poll's requests in the order they came.
     test::LogCapture log{0};
-    LocalService service;
+    test::LocalService service;
     test::TestServices services;
     long foundPid = 0;
     std::vector<std::string> finds;

@@ -1,13 +1,15 @@
 #pragma once
 // Shared pieces of the supervision tests: a system log in a temporary file,
-// free loopback ports, a context with its own published values, and a
+// free loopback ports, a service answering on one, a context with its own published values, and a
 // process lookup that only sees one installation's executables (so a test
 // never finds or ends another test's services).
 #include <algorithm>
 #include <atomic>
 #include <chrono>
 #include <functional>
+#include <initializer_list>
 #include <memory>
+#include <mutex>
 #include <string>
 #include <thread>
 #include <vector>
@@ -35,22 +37,7 @@ public:
         maintenance::setSystemLog(std::move(log));
     }
     ~LogCapture() { maintenance::setSystemLog(nullptr); }
-    std::vector<std::string> lines() const
-    {
-        std::vector<std::string> result;
-        const std::string text = readFileBytes(dir_.path() / "log.txt");
-        std::size_t start = 0;
-        while (start < text.size()) {
-            std::size_t end = text.find("\r\n", start);
-            if (end == std::string::npos)
-                end = text.size();
-            std::string line = text.substr(start, end - start);
-            const auto cut = line.find(']');
-            result.push_back(cut == std::string::npos ? line : line.substr(cut + 1));
-            start = end + 2;
-        }
-        return result;
-    }
+    std::vector<std::string> lines() const { return logTexts(dir_.path() / "log.txt"); }
     bool has(const std::string& line) const
     {
         const auto all = lines();
@@ -95,6 +82,77 @@ inline bool waitUntil(const std::function<bool()>& condition, int timeoutMs)
     return true;
 }
 
+// A service inside the test: answers every request of the services on a
+// loopback port and notes each as "METHOD /path k=v...".
+class LocalService {
+public:
+    LocalService()
+    {
+        port_ = server_.bind_to_any_port("127.0.0.1");
+        server_.set_logger([this](const httplib::Request& req, const httplib::Response&) {
+            std::lock_guard<std::mutex> lock(mutex_);
+            std::string text = req.method + " " + req.path;
+            for (const auto& [k, v] : req.params)
+                text += " " + k + "=" + v;
+            requests_.push_back(text);
+        });
+        server_.Get("/FPS", [this](const httplib::Request&, httplib::Response& res) {
+            std::lock_guard<std::mutex> lock(mutex_);
+            res.status = fpsStatus_;
+            res.set_content(fpsBody_, "application/json");
+        });
+        auto ok = [](const httplib::Request&, httplib::Response& res) { res.set_content("OK", "text/plain"); };
+        for (const char* path : {"/CheckRun", "/StopServer", "/UpdateConfig"})
+            server_.Get(path, ok);
+        server_.Post("/GenerateReport", ok);
+        server_.Post("/HandSignal", ok);
+        thread_ = std::thread([this] { server_.listen_after_bind(); });
+        // Bound already, so early connections wait in the backlog; this only
+        // keeps the first request from racing the accept loop's start.
+        waitUntil([this] { return server_.is_running(); }, 2000);
+    }
+    ~LocalService()
+    {
+        server_.stop();
+        thread_.join();
+    }
+    int port() const { return port_; }
+    void answerFps(int status, const std::string& body)
+    {
+        std::lock_guard<std::mutex> lock(mutex_);
+        fpsStatus_ = status;
+        fpsBody_ = body;
+    }
+    std::vector<std::string> requests()
+    {
+        std::lock_guard<std::mutex> lock(mutex_);
+        return requests_;
+    }
+    // The server notes a request after its answer went out: waits (bounded)
+    // until `count` requests are noted, or until `request` is among them.
+    std::vector<std::string> requests(std::size_t count)
+    {
+        waitUntil([&] { return requests().size() >= count; }, 3000);
+        return requests();
+    }
+    bool saw(const std::string& request)
+    {
+        return waitUntil([&] {
+            const auto all = requests();
+            return std::find(all.begin(), all.end(), request) != all.end();
+        }, 3000);
+    }
+
+private:
+    httplib::Server server_;
+    std::thread thread_;
+    int port_ = 0;
+    std::mutex mutex_;
+    int fpsStatus_ = 200;
+    std::string fpsBody_ = "{\"fps\":17}";
+    std::vector<std::string> requests_;
+};
+
 // A context with published values of its own and no real sleeps unless a
 // test wants them.
 struct TestServices {
@@ -125,6 +183,21 @@ inline long findProcessIn(const std::filesystem::path& folder, const std::string
         if (platform::sameImageName(entry.imageName, image) && entry.executable.parent_path() == folder)
             return entry.pid;
     return 0;
+}
+
+// Ends every process of `folder` with one of the image names, by pid; true
+// when none is left.
+inline bool endProcessesIn(const std::filesystem::path& folder, std::initializer_list<const char*> names)
+{
+    bool gone = true;
+    for (const char* name : names) {
+        for (long pid; (pid = findProcessIn(folder, name)) != 0;) {
+            if (!platform::terminateProcess(pid) || !waitUntil([&] { return findProcessIn(folder, name) != pid; }, 2000))
+                break;
+        }
+        gone = gone && findProcessIn(folder, name) == 0;
+    }
+    return gone;
 }
 
 } // namespace vx::test

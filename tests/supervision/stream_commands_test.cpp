@@ -6,7 +6,7 @@
 #include "platform/command_line.h"
 #include "platform/paths.h"
 #include "platform/process_command_line.h"
-#include "stream_test_support.h"
+#include "service_test_support.h"
 #include "supervision/stream_channel.h"
 #include "supervision/stream_commands.h"
 #include "supervision/stream_control.h"
@@ -47,7 +47,7 @@ TEST(StreamCommands, TextsAndThrownTexts)
 
 TEST(StreamCommands, DecodeCommandSplitsOnColonsAndLogs)
 {
-    test::StreamLogCapture log;
+    test::LogCapture log;
     EXPECT_EQ(decodeCommand("getimage:1a2b:1234"), (std::vector<std::string>{"getimage", "1a2b", "1234"}));
     EXPECT_EQ(decodeCommand("::getimage:::7:"), (std::vector<std::string>{"getimage", "7"}));
     EXPECT_TRUE(decodeCommand("").empty());

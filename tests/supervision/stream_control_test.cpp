@@ -7,7 +7,7 @@
 #include "config/text_codec.h"
 #include "platform/paths.h"
 #include "platform/process_command_line.h"
-#include "stream_test_support.h"
+#include "service_test_support.h"
 #include "supervision/stream_control.h"
 
 namespace vx::supervision {
@@ -99,7 +99,7 @@ const std::string early = config::utf8ToCp1251(" - процесс заверши
 
 TEST(VideoStart, ByPositionAndById)
 {
-    test::StreamLogCapture log;
+    test::LogCapture log;
     World world({"vx_stream0.json", "vx_stream5.json"});
     world.add(0);
     world.add(5);
@@ -125,7 +125,7 @@ TEST(VideoStart, ByPositionAndById)
 
 TEST(VideoStart, EarlyEndsAndFailedStarts)
 {
-    test::StreamLogCapture log;
+    test::LogCapture log;
     World world({"vx_stream3.json"});
     world.add(3);
     world.ends = true;
@@ -146,7 +146,7 @@ TEST(VideoStart, EarlyEndsAndFailedStarts)
 
 TEST(VideoStop, QuitWaitThenForce)
 {
-    test::StreamLogCapture log;
+    test::LogCapture log;
     World world({});
     world.add(0);
     videoStop(world.control, 0);   // no window yet
@@ -176,7 +176,7 @@ TEST(VideoStop, QuitWaitThenForce)
 
 TEST(VideoStop, EndsEveryProcessOfTheStreamAndStartMakesNoSecond)
 {
-    test::StreamLogCapture log;
+    test::LogCapture log;
     World world({"vx_stream0.json", "vx_stream1.json"});
     world.add(0);
     world.add(1);
@@ -231,7 +231,7 @@ TEST(FindProcessByArg, ComparisonRulesAndOrder)
 
 TEST(RestartMissingStreams, StartsOnlyTheMissingAutorunStreams)
 {
-    test::StreamLogCapture log;
+    test::LogCapture log;
     // camera.json and vx_stream4.json have no stream in the table (a file
     // that didn't load): the watch leaves them alone, with no log line on
     // every tick.

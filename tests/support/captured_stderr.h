@@ -5,6 +5,7 @@
 #include <iostream>
 #include <sstream>
 #include <string>
+#include <vector>
 
 namespace vx::test {
 
@@ -34,6 +35,21 @@ inline void writeFileBytes(const std::filesystem::path& path, const std::string&
 {
     std::ofstream out(path, std::ios::binary | std::ios::trunc);
     out << bytes;
+}
+
+// The texts of a log file's lines: without CR and without the time stamp
+// "[YYYY-MM-DD HH:MM:SS]" (a line that came through standard error keeps
+// the blank after it).
+inline std::vector<std::string> logTexts(const std::filesystem::path& file)
+{
+    std::vector<std::string> lines;
+    std::istringstream in(readFileBytes(file));
+    for (std::string line; std::getline(in, line);) {
+        if (!line.empty() && line.back() == '\r')
+            line.pop_back();
+        lines.push_back(line.size() > 21 ? line.substr(21) : "");
+    }
+    return lines;
 }
 
 } // namespace vx::test

@@ -8,12 +8,10 @@
 #include <QProgressBar>
 #include <QPushButton>
 #include <chrono>
-#include <cstdlib>
 #include <thread>
 
 #include "support/qt_application.h"
 #include "ui/qt/camera_discovery_windows.h"
-#include "ui/qt/qt_text.h"
 
 using namespace vx;
 using namespace vx::dialogs;
@@ -39,22 +37,12 @@ ToolCall slowTool(std::string text, int ms)
     };
 }
 
-// With VX_UI_SHOTS set to a folder, the window is saved there as a picture.
-void shoot(QWidget& window, const char* name)
-{
-    if (const char* folder = std::getenv("VX_UI_SHOTS"))
-        window.grab().save(QString::fromUtf8(folder) + "/" + name + ".png");
-}
-
 TEST(CameraDiscoveryWindows, ScanEndsWithTheOutputOrACancel)
 {
     test::qtApplication();
     ui::CameraScanWindow window(slowTool("{\"cameras\":[]}", 50), nullptr);
-    EXPECT_EQ(window.windowTitle(), ui::literal("Сканирование камер в локальной сети"));
-    EXPECT_EQ(window.cancel->text(), ui::literal("Отмена"));
     window.start();
     EXPECT_EQ(window.bar->maximum(), 0);   // moving
-    shoot(window, "camera_scan");
     ASSERT_TRUE(spinUntil([&] { return !window.isVisible(); }));
     EXPECT_EQ(window.result(), QDialog::Accepted);
     EXPECT_EQ(window.form().output(), "{\"cameras\":[]}");
@@ -81,13 +69,7 @@ TEST(CameraDiscoveryWindows, LinkWindowFailsThenSucceeds)
     ui::CameraLinkWindow window(form, tool, nullptr);
     window.start();
     window.refresh();
-    EXPECT_EQ(window.windowTitle(), ui::literal("Получение rtsp ссылки камеры"));
     ASSERT_EQ(window.cameras->count(), 2);
-    EXPECT_EQ(window.cameras->currentRow(), 0);
-    EXPECT_EQ(window.login->text(), "admin");
-    EXPECT_EQ(window.password->echoMode(), QLineEdit::Password);
-    EXPECT_EQ(window.bar->maximum(), 100);   // still
-    shoot(window, "camera_link");
 
     window.cameras->setCurrentRow(1);
     window.ok->click();

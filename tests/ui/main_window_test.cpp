@@ -53,19 +53,28 @@ protected:
         application();
         std::filesystem::create_directories(base_.path() / "configs");
     }
+    // A created window over a fresh state, quitting nowhere.
+    MainWindow& created()
+    {
+        state_ = &freshState(base_.path());
+        window_ = std::make_unique<MainWindow>(*state_);
+        window_->setTeardownPause(0);
+        window_->setQuitAction([] {});
+        EXPECT_TRUE(window_->create());
+        return *window_;
+    }
     test::RuntimeSandbox sandbox_;
     test::TempDir base_;
+    core::AppState* state_ = nullptr;
+    std::unique_ptr<MainWindow> window_;
 };
 
 } // namespace
 
 TEST_F(MainWindowTest, ShowsTheTitleButtonsAndMenus)
 {
-    core::AppState& state = freshState(base_.path());
-    MainWindow window(state);
-    window.setTeardownPause(0);
-    window.setQuitAction([] {});
-    ASSERT_TRUE(window.create());
+    MainWindow& window = created();
+    core::AppState& state = *state_;
     EXPECT_EQ(window.windowTitle(), literal("Vexlane Распознавание автомобильных номеров"));
     const std::vector<std::pair<int, const char*>> buttons{
         {idStartAll, "Запустить все"}, {idStopAll, "Остановить все"}, {idRecognition, "Анализ"},
@@ -97,11 +106,8 @@ TEST_F(MainWindowTest, ShowsTheTitleButtonsAndMenus)
 
 TEST_F(MainWindowTest, CloseBoxMinimisesAndOnlyTheMenuEnds)
 {
-    core::AppState& state = freshState(base_.path());
-    MainWindow window(state);
-    window.setTeardownPause(0);
-    window.setQuitAction([] {});
-    ASSERT_TRUE(window.create());
+    MainWindow& window = created();
+    core::AppState& state = *state_;
     window.show();
     QCloseEvent close;
     QApplication::sendEvent(&window, &close);
@@ -116,37 +122,10 @@ TEST_F(MainWindowTest, CloseBoxMinimisesAndOnlyTheMenuEnds)
     EXPECT_TRUE(state.shuttingDown);
 }
 
-TEST_F(MainWindowTest, StartAndStopButtonsRunTheGlobalCommands)
-{
-    core::AppState& state = freshState(base_.path());
-    MainWindow window(state);
-    window.setTeardownPause(0);
-    window.setQuitAction([] {});
-    ASSERT_TRUE(window.create());
-    // The commands reach the real service workers; no process is looked for,
-    // started or ended from here, so no other test's services are touched.
-    window.services().process.find = [](const std::string&) { return 0L; };
-    window.services().process.start = [](const platform::ProcessStartInfo&) { return nullptr; };
-    window.services().sleep = [](int) {};
-    int saves = 0;
-    window.actions().saveMainConfig = [&] { ++saves; return true; };
-    qobject_cast<QPushButton*>(window.control(idStartAll))->click();
-    EXPECT_TRUE(state.liveMainConfig.startStatus);
-    EXPECT_EQ(window.statusBar()->currentMessage(), literal("Запущено всё!"));
-    qobject_cast<QPushButton*>(window.control(idStopAll))->click();
-    EXPECT_FALSE(state.liveMainConfig.startStatus);
-    EXPECT_EQ(window.statusBar()->currentMessage(), literal("Остановлено всё!"));
-    EXPECT_EQ(saves, 2);
-    state.pendingTasks.waitAll();
-}
-
 TEST_F(MainWindowTest, WindowAnswersWhileTheWatchIsStartingServices)
 {
-    core::AppState& state = freshState(base_.path());
-    MainWindow window(state);
-    window.setTeardownPause(0);
-    window.setQuitAction([] {});
-    ASSERT_TRUE(window.create());
+    MainWindow& window = created();
+    core::AppState& state = *state_;
     // Every service is missing and each start blocks the timer thread for a
     // while, as a start routine does while it watches its service.
     // The count is shared with the timer thread, which may still be in a

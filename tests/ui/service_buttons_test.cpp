@@ -19,11 +19,9 @@ using namespace vx;
 
 namespace {
 
-void ensureApplication() { test::qtApplication(); }
-
 TEST(ServiceButtons, StartAllStartsTheServicesStopAllEndsThemExitLeavesThem)
 {
-    ensureApplication();
+    test::qtApplication();
     test::RuntimeSandbox sandbox;
     test::Installation install;
     const std::filesystem::path folder = install.folder();
@@ -66,13 +64,7 @@ TEST(ServiceButtons, StartAllStartsTheServicesStopAllEndsThemExitLeavesThem)
     std::this_thread::sleep_for(std::chrono::milliseconds(300));
     EXPECT_TRUE(allRunning());
 
-    for (const char* name : {"vxInference", "vxControl", "vxMes"}) {
-        for (int i = 0; i < 10 && running(name); ++i) {
-            platform::terminateProcess(test::findProcessIn(folder, name));
-            test::waitFor([&] { return !running(name); }, 2000);
-        }
-        EXPECT_FALSE(running(name)) << name;
-    }
+    EXPECT_TRUE(test::endProcessesIn(folder, {"vxInference", "vxControl", "vxMes"}));
 }
 
 } // namespace

@@ -39,17 +39,3 @@ TEST(ManagerInstance, SecondStartExitsWithOneAndLeavesTheFirstRunning)
     first->kill(9);
     first->waitExit(5000);
 }
-
-TEST(ManagerInstance, SecondStartWithoutAWindowToRaiseStillExitsWithOne)
-{
-    RuntimeSandbox sandbox;
-    ScopedEnv headless("QT_QPA_PLATFORM", "offscreen");
-    Installation install;
-    // Another process holds the single-instance lock but has no window.
-    auto holder = ChildProcess::start(testProgramPath("lock_holder"), {"VexlaneOnce", "lock"});
-    ASSERT_TRUE(holder);
-    ASSERT_TRUE(holder->readLine(10000).has_value());
-    auto second = install.startManager();
-    ASSERT_TRUE(second);
-    EXPECT_EQ(second->waitExit(20000), std::optional<int>(1));
-}

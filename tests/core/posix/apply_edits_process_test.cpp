@@ -3,12 +3,9 @@
 // stream control, command channel and control service worker.
 #include <gtest/gtest.h>
 
-#include <httplib.h>
 #include <unistd.h>
 
 #include <filesystem>
-#include <mutex>
-#include <thread>
 
 #include "core/edit_fixture.h"
 #include "core/edit_wiring.h"
@@ -26,50 +23,9 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// The control service's stand-in: notes each request as "METHOD /path k=v...".
-class ControlStandIn {
-public:
-    ControlStandIn()
-    {
-        port_ = server_.bind_to_any_port("127.0.0.1");
-        server_.set_logger([this](const httplib::Request& req, const httplib::Response&) {
-            std::string text = req.method + " " + req.path;
-            for (const auto& [k, v] : req.params)
-                text += " " + k + "=" + v;
-            std::lock_guard<std::mutex> lock(mutex_);
-            requests_.push_back(text);
-        });
-        auto ok = [](const httplib::Request&, httplib::Response& res) { res.set_content("OK", "text/plain"); };
-        server_.Get("/UpdateConfig", ok);
-        server_.Post("/HandSignal", ok);
-        thread_ = std::thread([this] { server_.listen_after_bind(); });
-        test::waitFor([this] { return server_.is_running(); }, 2000);
-    }
-    ~ControlStandIn()
-    {
-        server_.stop();
-        thread_.join();
-    }
-    int port() const { return port_; }
-    bool saw(const std::string& request)
-    {
-        return test::waitFor([&] {
-            std::lock_guard<std::mutex> lock(mutex_);
-            return std::find(requests_.begin(), requests_.end(), request) != requests_.end();
-        }, 3000);
-    }
-
-private:
-    httplib::Server server_;
-    std::thread thread_;
-    int port_ = 0;
-    std::mutex mutex_;
-    std::vector<std::string> requests_;
-};
-
 struct ProcessWorld : test::EditWorld {
     test::RuntimeSandbox sandbox;
-    ControlStandIn control;
+    test::LocalService control;
     test::TestServices services;
     std::shared_ptr<supervision::StreamControl> streams;
     int launched = 0;

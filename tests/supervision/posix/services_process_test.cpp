@@ -66,16 +66,7 @@ protected:
     }
     void TearDown() override
     {
-        for (const char* name : {"vxInference", "vxControl", "vxMes"}) {
-            for (int i = 0; i < 20; ++i) {
-                const long pid = find(name);
-                if (pid == 0)
-                    break;
-                platform::terminateProcess(pid);
-                waitFor([&] { return find(name) != pid; }, 2000);
-            }
-            EXPECT_EQ(find(name), 0) << name;
-        }
+        EXPECT_TRUE(test::endProcessesIn(install.folder(), {"vxInference", "vxControl", "vxMes"}));
         EXPECT_TRUE(waitFor([] { return zombieChildren() == 0; }, 3000));
     }
     ServiceSettings& settings() { return services.settings; }
@@ -168,27 +159,6 @@ TEST_F(ServiceProcesses, AServiceThatHangsOrIgnoresTheStopIsEnded)
     EXPECT_NE(controlLog().find("hang GET /StopServer"), std::string::npos);
 }
 
-TEST_F(ServiceProcesses, MessengerGetsLoggingAtThresholdTwoOnly)
-{
-    const std::string configFile = (install.configs() / "vx_mess_config.json").string();
-    const std::string logFile = (install.logs() / "vxMes.txt").string();
-    settings().logThreshold = 3;
-    startMes(*services);
-    threadRequestsToMes(*services, "/StopServer", false);
-    settings().logThreshold = 2;
-    startMes(*services);
-    const std::string text = serviceLog("vxMes.txt");
-    const std::string args = "arg 1 " + configFile + "\narg 2 " + logFile + "\n";
-    const auto firstStart = text.find("start pid=");
-    const auto secondStart = text.find("start pid=", firstStart + 1);
-    ASSERT_NE(secondStart, std::string::npos);
-    const std::string first = text.substr(firstStart, secondStart - firstStart);
-    const std::string second = text.substr(secondStart);
-    EXPECT_NE(first.find(args), std::string::npos) << first;
-    EXPECT_EQ(first.find("-logging"), std::string::npos) << first;
-    EXPECT_NE(second.find(args + "arg 3 -logging\n"), std::string::npos) << second;
-}
-
 TEST_F(ServiceProcesses, AServiceThatEndsWithinTheWatchIsLoggedWithItsCode)
 {
     {
@@ -202,18 +172,6 @@ TEST_F(ServiceProcesses, AServiceThatEndsWithinTheWatchIsLoggedWithItsCode)
                                "[ERROR]vxInference" + line,
                                "[ERROR]vxInference" + line + config::utf8ToCp1251(" с ошибкой: ") + "3",
                            }));
-}
-
-TEST_F(ServiceProcesses, AMissingExecutableLogsNothingAndStillRebuildsTheClient)
-{
-    std::filesystem::remove(install.folder() / "vxControl");
-    test::ScopedEnv path("PATH", install.logs().string());
-    const auto before = services->clients.clientControl.load();
-    startControl(*services);
-    EXPECT_TRUE(log.lines().empty());
-    EXPECT_NE(services->clients.clientControl.load(), before);
-    threadRequestsToDirect(*services, "/CheckRun", false);
-    EXPECT_EQ(services.statusControl, -1);
 }
 
 TEST_F(ServiceProcesses, RestartsThatMeetEndWithTheServiceRunning)

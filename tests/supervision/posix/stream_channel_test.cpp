@@ -9,7 +9,7 @@
 #include <opencv2/imgcodecs.hpp>
 
 #include "platform/shared_block.h"
-#include "supervision/stream_test_support.h"
+#include "supervision/service_test_support.h"
 #include "supervision/stream_channel.h"
 
 namespace vx::supervision {
@@ -48,7 +48,7 @@ platform::CopyDataMessage notification(std::uint32_t id)
 
 TEST(OnCopyData, StoresThePictureInTheRecordsWhoseWindowTheHeaderNames)
 {
-    test::StreamLogCapture log;
+    test::LogCapture log;
     const std::uint32_t id = uniqueId(1);
     Answer answer{platform::createSharedBlock(sharedBlockName(id), sharedBlockViewSize)};
     ASSERT_TRUE(answer.block);
@@ -84,7 +84,7 @@ TEST(OnCopyData, StoresThePictureInTheRecordsWhoseWindowTheHeaderNames)
 
 TEST(OnCopyData, BadAnswersAreDroppedAndKeepTheOldPicture)
 {
-    test::StreamLogCapture log;
+    test::LogCapture log;
     const std::uint32_t id = uniqueId(2);
     core::StreamTable table;
     std::int32_t given = static_cast<std::int32_t>(id);

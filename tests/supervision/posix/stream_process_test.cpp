@@ -145,28 +145,6 @@ TEST(StreamProcess, OneThatIgnoresQuitIsEnded)
     EXPECT_FALSE(world.table.record(0).hasImage);
 }
 
-TEST(StreamProcess, RestartMissingStreamsStartsOnlyTheMissingAutorunOnes)
-{
-    StreamWorld world;
-    const int running = world.addStream(2, true);
-    const int missing = world.addStream(3, true);
-    const int manual = world.addStream(4, false);
-    videoStart(world.control, running, -1);
-    ASSERT_TRUE(test::waitFor([&] { return world.pidOf(running) != 0; }, 10000));
-    const long before = world.pidOf(running);
-    restartMissingStreams(world.control);
-    EXPECT_TRUE(test::waitFor([&] { return world.pidOf(missing) != 0; }, 10000));
-    EXPECT_EQ(world.pidOf(running), before);
-    EXPECT_EQ(world.pidOf(manual), 0);
-    // Just one process per stream.
-    int count = 0;
-    for (const auto& p : platform::listProcesses())
-        if (p.imageName == streamImageName() && p.pid != 0 &&
-            findProcessByArg(world.control, streamImageName(), world.firstArg(world.entries[running])) == p.pid)
-            ++count;
-    EXPECT_EQ(count, 1);
-}
-
 TEST(StreamProcess, RestartsUnderTheWatchLeaveOneProcessAndStopAllEndsIt)
 {
     StreamWorld world;
