@@ -39,22 +39,32 @@ liveview::DrawHooks tileDrawHooks()
     return hooks;
 }
 
+TimerHooks timerHooks(AppState& state, const std::shared_ptr<supervision::ServiceContext>& services,
+                      const std::shared_ptr<supervision::StreamControl>& streams,
+                      const std::shared_ptr<liveview::LiveView>& view, platform::WindowHandle hostWindow,
+                      std::function<void(liveview::ZonePicture)> showZone, std::function<std::int64_t()> now)
+{
+    AppState* s = &state;
+    TimerHooks hooks;
+    connectServiceHooks(hooks, services, *s);
+    connectStreamHooks(hooks, streams, *s, hostWindow, std::move(now));
+    connectQuotaHook(hooks, *s);
+    hooks.drawCamera = [s, view, showZone = std::move(showZone)] {
+        liveview::ZonePicture zone = liveview::drawCamera(s->streams, *view, -1, -1, tileDrawHooks());
+        if (showZone)
+            showZone(std::move(zone));
+    };
+    return hooks;
+}
+
 void startTimerThread(AppState& state, const std::shared_ptr<supervision::ServiceContext>& services,
                       const std::shared_ptr<liveview::LiveView>& view, platform::WindowHandle hostWindow,
                       std::function<void(liveview::ZonePicture)> showZone)
 {
     AppState* s = &state;
-    std::thread([s, services, view, hostWindow, showZone = std::move(showZone)] {
-        TimerHooks hooks;
-        connectServiceHooks(hooks, services, *s);
-        connectStreamHooks(hooks, supervision::makeStreamControl(*s), *s, hostWindow);
-        connectQuotaHook(hooks, *s);
-        hooks.drawCamera = [s, view, &showZone] {
-            liveview::ZonePicture zone = liveview::drawCamera(s->streams, *view, -1, -1, tileDrawHooks());
-            if (showZone)
-                showZone(std::move(zone));
-        };
-        runTimerThread(*s, hooks);
+    std::thread([s, services, view, hostWindow, showZone = std::move(showZone)]() mutable {
+        runTimerThread(*s, timerHooks(*s, services, supervision::makeStreamControl(*s), view, hostWindow,
+                                      std::move(showZone)));
     }).detach();
 }
 

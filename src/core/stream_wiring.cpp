@@ -21,12 +21,12 @@ void connectStreamActions(ProcessActions& actions, const std::shared_ptr<supervi
 }
 
 void connectStreamHooks(TimerHooks& hooks, const std::shared_ptr<supervision::StreamControl>& streams,
-                        AppState& state, platform::WindowHandle hostWindow)
+                        AppState& state, platform::WindowHandle hostWindow, std::function<std::int64_t()> now)
 {
     AppState* s = &state;
-    hooks.updateCamera = [s, hostWindow] {
+    hooks.updateCamera = [s, hostWindow, now = std::move(now)] {
         UpdateCameraHooks update;
-        update.now = calendarSeconds;
+        update.now = now;
         update.findWindow = [](const std::string& videoName) {
             return platform::findWindow("", config::cp1251ToUtf8(videoName));
         };
