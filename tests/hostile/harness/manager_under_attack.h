@@ -37,6 +37,10 @@ struct Figures {
 
 // Resident memory of this process, KiB.
 long residentKb();
+// What the allocator may hold back on its own, KiB: AddressSanitizer keeps
+// freed blocks in a quarantine of 256 MiB by default, so under it every
+// picture decoded and dropped stays resident until that fills.
+long allocatorHoldKb();
 
 // The service ports the manager's configs name.
 struct ServicePorts {
