@@ -21,16 +21,23 @@
 #include <atomic>
 #include <chrono>
 #include <deque>
+#include <map>
 
 namespace vx::platform {
 namespace {
 
 using posix::UniqueFd;
 
-// Connections whose datagram hasn't arrived; past this many the oldest is
-// dropped, so a peer that connects and never sends can't pile them up.
+// Connections whose datagram hasn't arrived or hasn't been handled; past
+// this many the oldest of the peer holding the most is dropped, so a peer
+// that connects and never sends, or floods us, can't pile them up nor crowd
+// out the others.
 constexpr std::size_t kMaxWaitingConnections = 64;
+// Connections taken from the backlog in one go.
+constexpr std::size_t kAcceptsPerTurn = 256;
 constexpr int kBindAttempts = 16;
+// How long one dispatchPending() call may handle messages.
+constexpr std::chrono::milliseconds kDispatchBudget{10};
 
 WindowHandle newHandle()
 {
@@ -53,6 +60,12 @@ bool makeAddress(const std::string& path, sockaddr_un& address)
     std::memcpy(address.sun_path, path.c_str(), path.size() + 1);
     return true;
 }
+
+// An accepted connection whose message hasn't been handled yet.
+struct Waiting {
+    UniqueFd connection;
+    pid_t peer = 0;   // the sending process, 0 when unknown
+};
 
 class PosixWindowEndpoint final : public WindowEndpoint {
 public:
@@ -96,14 +109,21 @@ public:
     int dispatchPending() override
     {
         int handled = 0;
-        // Bounded, so a peer flooding us can't keep the caller here for ever.
+        // Bounded in count and in time, so a peer flooding us can't keep the
+        // caller here: what is left waits for the next call, and the caller's
+        // other events (the window's) come first. The set is level-triggered,
+        // so the descriptor stays readable while anything waits.
+        const auto deadline = std::chrono::steady_clock::now() + kDispatchBudget;
         for (int round = 0; round < 64; ++round) {
             epoll_event events[16];
             const int count = ::epoll_wait(epoll_.get(), events, 16, 0);
             if (count <= 0)
                 break;
-            for (int i = 0; i < count; ++i)
+            for (int i = 0; i < count; ++i) {
                 handled += serve(events[i].data.fd) ? 1 : 0;
+                if (std::chrono::steady_clock::now() >= deadline)
+                    return handled;
+            }
         }
         return handled;
     }
@@ -152,27 +172,54 @@ private:
             return false;
         }
         for (auto it = waiting_.begin(); it != waiting_.end(); ++it) {
-            if (it->get() != fd)
+            if (it->connection.get() != fd)
                 continue;
-            UniqueFd connection = std::move(*it);
+            Waiting waiting = std::move(*it);
             waiting_.erase(it);
-            return receive(std::move(connection));
+            return receive(std::move(waiting));
         }
         return false;   // closed meanwhile by a nested dispatch
     }
 
     void acceptWaiting()
     {
-        for (;;) {
+        // A bounded number: a peer that connects faster than we accept would
+        // otherwise keep us in this loop for good. The rest stay in the
+        // backlog, and the listening socket stays readable.
+        for (std::size_t taken = 0; taken < kAcceptsPerTurn; ++taken) {
             UniqueFd connection(::accept4(listen_.get(), nullptr, nullptr, SOCK_NONBLOCK | SOCK_CLOEXEC));
             if (!connection.valid())
                 return;
             if (!watch(connection.get()))
                 continue;
-            waiting_.push_back(std::move(connection));
-            if (waiting_.size() > kMaxWaitingConnections) {
-                forget(waiting_.front());
-                waiting_.pop_front();
+            ucred credentials{};
+            socklen_t length = sizeof credentials;
+            if (::getsockopt(connection.get(), SOL_SOCKET, SO_PEERCRED, &credentials, &length) != 0)
+                credentials.pid = 0;
+            waiting_.push_back({std::move(connection), credentials.pid});
+            if (waiting_.size() > kMaxWaitingConnections)
+                dropFromBusiestPeer();
+        }
+    }
+
+    // Drops the oldest waiting connection of the peer that holds the most.
+    void dropFromBusiestPeer()
+    {
+        std::map<pid_t, std::size_t> held;
+        pid_t busiest = 0;
+        std::size_t most = 0;
+        for (const Waiting& waiting : waiting_) {
+            const std::size_t count = ++held[waiting.peer];
+            if (count > most) {
+                most = count;
+                busiest = waiting.peer;
+            }
+        }
+        for (auto it = waiting_.begin(); it != waiting_.end(); ++it) {
+            if (it->peer == busiest) {
+                forget(it->connection);
+                waiting_.erase(it);
+                return;
             }
         }
     }
@@ -187,8 +234,9 @@ private:
     // nothing yet goes back to waiting; a malformed datagram, one cut short
     // or an empty connection is closed unanswered, which the sender sees as
     // a failed send.
-    bool receive(UniqueFd connection)
+    bool receive(Waiting waiting)
     {
+        UniqueFd& connection = waiting.connection;
         buffer_.resize(posix::kMaxDatagram + 1);
         iovec part{buffer_.data(), buffer_.size()};
         msghdr header{};
@@ -199,7 +247,7 @@ private:
             size = ::recvmsg(connection.get(), &header, MSG_DONTWAIT);
         } while (size < 0 && errno == EINTR);
         if (size < 0 && (errno == EAGAIN || errno == EWOULDBLOCK)) {
-            waiting_.push_back(std::move(connection));
+            waiting_.push_back(std::move(waiting));
             return false;
         }
         ::epoll_ctl(epoll_.get(), EPOLL_CTL_DEL, connection.get(), nullptr);
@@ -228,7 +276,7 @@ private:
     UniqueFd listen_;
     UniqueFd epoll_;
     posix::WindowRecord record_;
-    std::deque<UniqueFd> waiting_;
+    std::deque<Waiting> waiting_;
     std::vector<char> buffer_;
 };
 

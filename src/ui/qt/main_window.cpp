@@ -345,7 +345,14 @@ void MainWindow::openEndpoint()
     };
     if (endpoint_->pollDescriptor() >= 0) {
         endpointNotifier_ = new QSocketNotifier(endpoint_->pollDescriptor(), QSocketNotifier::Read, this);
-        connect(endpointNotifier_, &QSocketNotifier::activated, this, [this] { endpoint_->dispatchPending(); });
+        // A stream that floods the window must not starve the rest of the
+        // loop: the notifier rests while one bounded turn of messages is
+        // handled, and wakes again only behind the events posted meanwhile.
+        connect(endpointNotifier_, &QSocketNotifier::activated, this, [this] {
+            endpointNotifier_->setEnabled(false);
+            endpoint_->dispatchPending();
+            QMetaObject::invokeMethod(this, [this] { endpointNotifier_->setEnabled(true); }, Qt::QueuedConnection);
+        });
     }
 }
 

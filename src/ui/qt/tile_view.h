@@ -18,6 +18,8 @@ public:
     // serial, drawn before it but delivered after) is dropped.
     void showZone(const QImage& zone, std::uint64_t serial);
     const QImage& zone() const { return zone_; }
+    // The serial of the zone shown; it grows with every zone drawn.
+    std::uint64_t serial() const { return serial_; }
 
     // Zone coordinates of the mouse: every movement, and left clicks.
     std::function<void(int x, int y)> onHover;
