@@ -15,6 +15,17 @@ namespace vx::imaging {
 // empty when the bytes are no picture.
 Picture decodePicture(std::span<const std::uint8_t> bytes);
 
+// As decodePicture, for a picture shown no larger than width by height: a
+// JPEG comes out at a half, a quarter or an eighth of its size (the
+// decoder's DCT scaling, far cheaper than a whole decode) when that still
+// gives at least width by height pixels. Other pictures, a size of 0, and a
+// platform decoder without scaling give the whole picture.
+Picture decodePictureFor(std::span<const std::uint8_t> bytes, int width, int height);
+
+// `source` stretched to side by side (bilinear) in four channels: the
+// picture a tile of that side starts from. Empty for an empty source.
+Picture tilePicture(const Picture& source, int side);
+
 // The picture as a JPEG file's bytes at `quality` (1..100); pictures of
 // one or four channels are taken as three. Empty when it can't be encoded.
 std::vector<std::uint8_t> encodeJpeg(const Picture& picture, int quality);

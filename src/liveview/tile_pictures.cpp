@@ -31,11 +31,19 @@ void putIntoZone(const imaging::Picture& tile, imaging::Picture& zone, const Til
 
 // A stream's picture into a four-channel tile, stretched to the square.
 // False when there is none to put (the tile is then still to be filled).
-bool putPicture(const imaging::Picture& image, imaging::Picture& tile)
+// The picture made for the tile as it was stored is the same pixels, when
+// it is still of this picture and this side.
+bool putPicture(const core::CameraRuntime& record, imaging::Picture& tile)
 {
+    const imaging::Picture& image = record.image;
     if (image.empty() || (image.channels != 1 && image.channels != 3 && image.channels != 4))
         return false;
-    imaging::convertInto(imaging::scaled(image, tile.width, tile.height), tile);
+    const imaging::Picture& ready = record.tilePicture;
+    if (record.tilePictureSource.data == image.data && !ready.empty() && ready.channels == 4 &&
+        ready.width == tile.width && ready.height == tile.height)
+        imaging::convertInto(ready, tile);
+    else
+        imaging::convertInto(imaging::scaled(image, tile.width, tile.height), tile);
     return true;
 }
 
@@ -60,9 +68,10 @@ void lookUpWindow(core::CameraRuntime& record, const DrawHooks& hooks)
 }
 
 // The tile in four channels, with everything on it; the zone drops the
-// fourth channel as it takes the tile in.
-imaging::Picture composeTile(const LiveView& view, std::vector<core::CameraRuntime>& records, int index,
-                             const DrawHooks& hooks)
+// fourth channel as it takes the tile in. `buttonImages` are the view's or
+// the same already at the small buttons' side and in four channels.
+imaging::Picture composeTile(const LiveView& view, const std::vector<imaging::Picture>& buttonImages,
+                             std::vector<core::CameraRuntime>& records, int index, const DrawHooks& hooks)
 {
     const int tile = view.grid.tileSize;
     if (index < 0 || index >= static_cast<int>(records.size()) || tile <= 0)
@@ -71,16 +80,62 @@ imaging::Picture composeTile(const LiveView& view, std::vector<core::CameraRunti
     lookUpWindow(record, hooks);
 
     imaging::Picture pixels = imaging::makePicture(tile, tile, 4);
-    if (!putPicture(record.image, pixels))
+    if (!putPicture(record, pixels))
         imaging::fill(pixels, {0, 0, 0, 255});
     const bool hovered = view.hover.hoverTile == index;
     if (hovered)
         imaging::drawRectangle(pixels, {0, 0, tile, tile}, {0, 255, 255, 0}, 1);
     const int hoveredButton = hovered ? view.hover.hoverButton : noButton;
-    drawSmallButtons(pixels, view.buttonImages, record, hoveredButton);
+    drawSmallButtons(pixels, buttonImages, record, hoveredButton);
     drawLargeButtons(pixels, record, hoveredButton);
     drawTileTexts(pixels, record, record.channel.window != 0 && record.hasImage);
     return pixels;
+}
+
+// Everything a tile is drawn from, as its memo keeps it.
+TileMemo memoOf(const LiveView& view, const core::CameraRuntime& record, int index)
+{
+    TileMemo memo;
+    memo.image = record.image;
+    memo.side = view.grid.tileSize;
+    memo.id = record.id;
+    memo.videoName = record.config.videoName;
+    memo.unShowVideo = record.config.unShowVideo;
+    memo.running = record.running;
+    memo.planned = record.planned;
+    memo.buttonOpen = record.control.buttonOpen;
+    memo.buttonClose = record.control.buttonClose;
+    memo.connected = record.channel.window != 0 && record.hasImage;
+    memo.hovered = view.hover.hoverTile == index;
+    memo.hoverButton = memo.hovered ? view.hover.hoverButton : noButton;
+    return memo;
+}
+
+bool sameTile(const TileMemo& a, const TileMemo& b)
+{
+    return a.image.data == b.image.data && a.side == b.side && a.id == b.id && a.videoName == b.videoName &&
+           a.unShowVideo == b.unShowVideo && a.running == b.running && a.planned == b.planned &&
+           a.buttonOpen == b.buttonOpen && a.buttonClose == b.buttonClose && a.connected == b.connected &&
+           a.hovered == b.hovered && a.hoverButton == b.hoverButton;
+}
+
+bool sameButtonImages(const std::vector<imaging::Picture>& a, const std::vector<imaging::Picture>& b)
+{
+    return std::equal(a.begin(), a.end(), b.begin(), b.end(),
+                      [](const imaging::Picture& x, const imaging::Picture& y) { return x.data == y.data; });
+}
+
+// The zone filled with gray: the last zone's pixels when nobody else holds
+// them any more and the size is the same, new pixels otherwise.
+imaging::Picture grayZone(LiveView& view, int width, int height)
+{
+    imaging::Picture zone = view.lastZone;
+    view.lastZone = imaging::Picture();
+    if (zone.empty() || zone.width != width || zone.height != height || zone.channels != 3 ||
+        zone.owner.use_count() != 1)
+        zone = imaging::makePicture(width, height, 3);
+    imaging::fill(zone, {128, 128, 128, 0});
+    return zone;
 }
 
 } // namespace
@@ -88,7 +143,7 @@ imaging::Picture composeTile(const LiveView& view, std::vector<core::CameraRunti
 imaging::Picture drawTile(const LiveView& view, std::vector<core::CameraRuntime>& records, int index,
                           const DrawHooks& hooks)
 {
-    const imaging::Picture pixels = composeTile(view, records, index, hooks);
+    const imaging::Picture pixels = composeTile(view, view.buttonImages, records, index, hooks);
     if (pixels.empty())
         return pixels;
     imaging::Picture out = imaging::makePicture(pixels.width, pixels.height, 3);
@@ -129,14 +184,37 @@ ZonePicture drawCamera(core::StreamTable& table, LiveView& view, int width, int 
         const int count = static_cast<int>(records.size());
         layoutTiles(view.grid, width, height, count);
 
-        imaging::Picture zone = filled(width, height, 3, {128, 128, 128, 0});
+        table.setTileSide(view.grid.tileSize);
+        imaging::Picture zone = grayZone(view, width, height);
         // The look-ups go first, in table order, on this thread; then the
-        // tiles are composed side by side, each into its own part of the zone.
+        // tiles are composed side by side, each into its own part of the
+        // zone. A tile drawn from the same things as last time is copied.
         for (core::CameraRuntime& record : records)
             lookUpWindow(record, hooks);
+        if (!sameButtonImages(view.memoButtonImages, view.buttonImages)) {
+            view.tileMemos.clear();
+            view.memoButtonImages = view.buttonImages;
+        }
+        view.tileMemos.resize(static_cast<std::size_t>(count));
+        // The button pictures at the small buttons' side, once for all tiles.
+        std::vector<imaging::Picture> buttons;
+        const int buttonSide = smallButtonSide(view.grid.tileSize);
+        for (const imaging::Picture& picture : view.buttonImages) {
+            imaging::Picture sized = buttonSide >= 4 ? imaging::tilePicture(picture, buttonSide) : imaging::Picture();
+            buttons.push_back(sized.empty() ? picture : sized);
+        }
         const DrawHooks noLookUp;
         forEachInParallel(count, [&](int i) {
-            putIntoZone(composeTile(view, records, i, noLookUp), zone, view.grid.tileRects[static_cast<std::size_t>(i)]);
+            const auto at = static_cast<std::size_t>(i);
+            TileMemo memo = memoOf(view, records[at], i);
+            TileMemo& last = view.tileMemos[at];
+            if (last.pixels.empty() || !sameTile(last, memo)) {
+                const imaging::Picture pixels = composeTile(view, buttons, records, i, noLookUp);
+                memo.pixels = imaging::makePicture(pixels.width, pixels.height, 3);
+                imaging::convertInto(pixels, memo.pixels);
+                last = std::move(memo);
+            }
+            putIntoZone(last.pixels, zone, view.grid.tileRects[at]);
         });
         VX_LOG(maintenance::logTrace, "add camera");
         putIntoZone(drawAddTile(view.grid.tileSize, view.hover.hoverTile == addTile), zone, view.grid.addTileRect);
@@ -144,6 +222,7 @@ ZonePicture drawCamera(core::StreamTable& table, LiveView& view, int width, int 
             drawText(zone, "arial", 20, view.statusOverlayText, 0, 0, 200, 100, textWordBreak);
         view.hover.redrawNeeded = false;
         result.pixels = zone;
+        view.lastZone = zone;
         result.serial = ++view.drawSerial;
     });
     return result;

@@ -23,6 +23,12 @@ struct CameraRuntime {
     bool planned = true;
     StreamChannel channel;
     imaging::Picture image;        // copies share the pixels with the table
+    // image stretched to the tile's side in four channels, made as it was
+    // stored, and the image it was made from (held, so that its pixels'
+    // address names it alone). Used only while that is still image and the
+    // side still the tiles' side.
+    imaging::Picture tilePicture;
+    imaging::Picture tilePictureSource;
     bool hasImage = false;
     std::int64_t lastImageTime = 0;   // seconds of calendar time
     // The stream's shared picture block, mapped on first use; released when

@@ -2,6 +2,7 @@
 // The manager's picture of all streams: one record per stream, in the order
 // they were added. A stream's position is its index (tiles, hit tests and
 // edits speak of indexes); files and services speak of its identifier.
+#include <atomic>
 #include <cstdint>
 #include <functional>
 #include <mutex>
@@ -91,6 +92,11 @@ public:
     // a picture).
     void withDrawLock(const std::function<void(std::vector<CameraRuntime>&)>& fn);
 
+    // The tiles' side at the last drawing (0 before it): a picture is
+    // decoded no larger than it needs and stored ready for its tile.
+    int tileSide() const { return tileSide_.load(std::memory_order_relaxed); }
+    void setTileSide(int side) { tileSide_.store(side, std::memory_order_relaxed); }
+
     std::mutex& streamTableLock() const { return streamTableLock_; }
     std::mutex& streamDrawLock() const { return streamDrawLock_; }
 
@@ -102,6 +108,7 @@ private:
     std::int32_t nextFreeId_ = 0;
     mutable std::mutex streamTableLock_;
     mutable std::mutex streamDrawLock_;
+    std::atomic<int> tileSide_{0};
 };
 
 // The walk that finds the lowest identifier not in use among the first

@@ -183,16 +183,23 @@ bool onCopyData(core::StreamTable& table, const platform::CopyDataMessage& messa
         return buffer.size() >= signature.size() && std::equal(signature.begin(), signature.end(), buffer.begin());
     };
     const bool knownFormat = startsWith({0xFF, 0xD8, 0xFF}) || startsWith({0x89, 'P', 'N', 'G', '\r', '\n', 0x1A, '\n'});
-    const imaging::Picture picture = knownFormat ? imaging::decodePicture(buffer) : imaging::Picture{};
+    // Decoded no larger than the tiles show it, and stretched for them here
+    // on the way in, so a drawing only copies it.
+    const int side = table.tileSide();
+    const imaging::Picture picture =
+        knownFormat ? imaging::decodePictureFor(buffer, side, side) : imaging::Picture{};
     VX_LOG(logDebug, std::string("CopyMes: getimage empty = ") + (picture.empty() ? "true" : "false"));
     if (picture.empty())
         return true;
+    const imaging::Picture tilePicture = imaging::tilePicture(picture, side);
     const std::int64_t time = now ? now() : 0;
     table.withDrawLock([&](std::vector<core::CameraRuntime>& records) {
         std::lock_guard<std::mutex> lock(table.streamTableLock());
         for (core::CameraRuntime& record : records) {
             if (record.channel.window != 0 && record.channel.window == streamWindow) {
                 record.image = picture;
+                record.tilePicture = tilePicture;
+                record.tilePictureSource = picture;
                 record.lastImageTime = time;
                 record.hasImage = true;
             }

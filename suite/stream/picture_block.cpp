@@ -17,6 +17,10 @@ bool PictureBlock::write(const imaging::Picture& frame, int width, int height, p
 {
     if (!block_ || frame.empty())
         return false;
+    if (frame.data == written_.data && width == writtenWidth_ && height == writtenHeight_ &&
+        ownWindow == writtenWindow_)
+        return true;
+    written_ = imaging::Picture();
     imaging::Picture picture = frame;
     if (width > 0 && height > 0 && (width != frame.width || height != frame.height) && width <= 8192 && height <= 8192)
         picture = imaging::scaled(frame, width, height);
@@ -36,6 +40,10 @@ bool PictureBlock::write(const imaging::Picture& frame, int width, int height, p
     char* data = block_->writableData();
     std::memcpy(data, header, static_cast<std::size_t>(n) + 1);
     std::memcpy(data + n + 1, jpeg.data(), jpeg.size());
+    written_ = frame;
+    writtenWidth_ = width;
+    writtenHeight_ = height;
+    writtenWindow_ = ownWindow;
     return true;
 }
 

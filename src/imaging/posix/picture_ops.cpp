@@ -1,5 +1,6 @@
 // The pictures' operations through OpenCV.
 #include "imaging/picture_ops.h"
+#include "imaging/picture_size.h"
 
 #include <algorithm>
 
@@ -51,6 +52,24 @@ Picture decodePicture(std::span<const std::uint8_t> bytes)
     try {
         const cv::Mat buffer(1, static_cast<int>(bytes.size()), CV_8UC1, const_cast<std::uint8_t*>(bytes.data()));
         return pictureOf(cv::imdecode(buffer, cv::IMREAD_COLOR));
+    } catch (const cv::Exception&) {
+        return Picture();
+    }
+}
+
+Picture decodePictureFor(std::span<const std::uint8_t> bytes, int width, int height)
+{
+    int fullWidth = 0, fullHeight = 0;
+    if (!jpegSize(bytes, fullWidth, fullHeight))
+        return decodePicture(bytes);
+    const int factor = reductionFor(fullWidth, fullHeight, width, height);
+    if (factor == 1)
+        return decodePicture(bytes);
+    const int mode = factor == 2 ? cv::IMREAD_REDUCED_COLOR_2 : factor == 4 ? cv::IMREAD_REDUCED_COLOR_4
+                                                                             : cv::IMREAD_REDUCED_COLOR_8;
+    try {
+        const cv::Mat buffer(1, static_cast<int>(bytes.size()), CV_8UC1, const_cast<std::uint8_t*>(bytes.data()));
+        return pictureOf(cv::imdecode(buffer, mode));
     } catch (const cv::Exception&) {
         return Picture();
     }

@@ -2,6 +2,7 @@
 // reading through the Windows Imaging Component, everything else as plain
 // pixel loops.
 #include "imaging/picture_ops.h"
+#include "imaging/picture_size.h"
 #include "imaging/win32/com_object.h"
 
 #include <windows.h>
@@ -116,6 +117,44 @@ Picture decodePicture(std::span<const std::uint8_t> bytes)
     if (FAILED(factory->CreateDecoderFromStream(stream.p, nullptr, WICDecodeMetadataCacheOnDemand, decoder.out())))
         return Picture();
     return firstFrame(factory.p, decoder.p, GUID_WICPixelFormat24bppBGR, 3);
+}
+
+// A JPEG decoder that offers the source transform scales in its DCT; one
+// that doesn't (or won't give three-channel pixels at that size) decodes
+// the whole picture instead.
+Picture decodePictureFor(std::span<const std::uint8_t> bytes, int width, int height)
+{
+    int fullWidth = 0, fullHeight = 0;
+    if (!jpegSize(bytes, fullWidth, fullHeight))
+        return decodePicture(bytes);
+    const int factor = reductionFor(fullWidth, fullHeight, width, height);
+    ComPtr<IWICImagingFactory> factory;
+    if (factor == 1 || bytes.size() > 0x7fffffff || !makeFactory(factory))
+        return decodePicture(bytes);
+    ComPtr<IWICStream> stream;
+    ComPtr<IWICBitmapDecoder> decoder;
+    ComPtr<IWICBitmapFrameDecode> frame;
+    ComPtr<IWICBitmapSourceTransform> transform;
+    if (FAILED(factory->CreateStream(stream.out())) ||
+        FAILED(stream->InitializeFromMemory(const_cast<BYTE*>(bytes.data()), static_cast<DWORD>(bytes.size()))) ||
+        FAILED(factory->CreateDecoderFromStream(stream.p, nullptr, WICDecodeMetadataCacheOnDemand, decoder.out())) ||
+        FAILED(decoder->GetFrame(0, frame.out())) ||
+        FAILED(frame->QueryInterface(IID_IWICBitmapSourceTransform, reinterpret_cast<void**>(transform.out()))))
+        return decodePicture(bytes);
+    UINT scaledWidth = static_cast<UINT>((fullWidth + factor - 1) / factor);
+    UINT scaledHeight = static_cast<UINT>((fullHeight + factor - 1) / factor);
+    WICPixelFormatGUID format = GUID_WICPixelFormat24bppBGR;
+    if (FAILED(transform->GetClosestSize(&scaledWidth, &scaledHeight)) ||
+        scaledWidth < static_cast<UINT>(width) || scaledHeight < static_cast<UINT>(height) ||
+        scaledWidth > static_cast<UINT>(fullWidth) || scaledHeight > static_cast<UINT>(fullHeight) ||
+        FAILED(transform->GetClosestPixelFormat(&format)) || !IsEqualGUID(format, GUID_WICPixelFormat24bppBGR))
+        return decodePicture(bytes);
+    Picture out = makePicture(static_cast<int>(scaledWidth), static_cast<int>(scaledHeight), 3);
+    if (out.empty() || FAILED(transform->CopyPixels(nullptr, scaledWidth, scaledHeight, &format,
+                                                    WICBitmapTransformRotate0, static_cast<UINT>(out.stride),
+                                                    static_cast<UINT>(out.stride * out.height), out.data)))
+        return decodePicture(bytes);
+    return out;
 }
 
 // The encoder writes into a stream over a growing memory block; its bytes
