@@ -17,6 +17,7 @@
 #include <poll.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
@@ -98,7 +99,8 @@ int main(int argc, char* argv[])
     platform::WindowHandle manager = 0;
     bool requested = false;
     window->onCopyData = [&manager, &requested](const platform::CopyDataMessage& message) {
-        const std::string text(message.payload.data(), strnlen(message.payload.data(), message.payload.size()));
+        const auto end = std::find(message.payload.begin(), message.payload.end(), '\0');
+        const std::string text(message.payload.begin(), end);
         unsigned width = 0, height = 0;
         char target[32] = {};
         if (std::sscanf(text.c_str(), "getimage %u %u %31s", &width, &height, target) == 3) {
