@@ -2,7 +2,7 @@
 // writes it: golden/posix/ holds the Linux bytes (LF, '/'), golden/win32/ the
 // Windows bytes (CR LF, '\' doubled inside JSON). The same records are
 // written on both; only the install folder differs. The system log is
-// CR LF on both. The camera, recognition and control files have a second
+// CR LF on both. The main, camera, recognition and control files have a second
 // golden file each, of a record with every field away from its default.
 //
 // After a deliberate change of a format, VEXLANE_UPDATE_GOLDEN=1 rewrites
@@ -116,6 +116,14 @@ void rereadList(const ConfigFolder& f, const std::string& file, bool extended) {
     ASSERT_TRUE(saveWhiteList(table, f.dir(), 0));
 }
 
+void rereadMain(const ConfigFolder& f) {
+    MainConfig c;
+    MainConfigFolders folders;
+    ASSERT_TRUE(loadConfig(installFolder, f.dir(), c, folders));
+    EXPECT_EQ(c.videoStreams, (std::vector<std::string>{"vx_stream1.json", "vx_stream2.json"}));
+    ASSERT_TRUE(saveConfig(f.dir(), c, {1, 2}, c.autoRunStreams));
+}
+
 RecognitionSrvConfig awayRecognition() {
     RecognitionSrvConfig c;
     c.templates = {true, false, true, false, false, false, false, false, true, true};
@@ -161,13 +169,26 @@ const GoldenFile goldenFiles[] = {
          c.videoPath = underInstall(utf8ToCp1251("видео"));
          ASSERT_TRUE(saveConfig(f.dir(), c, {1, 2}, {true, false}));
      },
+     rereadMain},
+    {"vx_main_config.json",
      [](const ConfigFolder& f) {
          MainConfig c;
-         MainConfigFolders folders;
-         ASSERT_TRUE(loadConfig(installFolder, f.dir(), c, folders));
-         EXPECT_EQ(c.videoStreams, (std::vector<std::string>{"vx_stream1.json", "vx_stream2.json"}));
-         ASSERT_TRUE(saveConfig(f.dir(), c, {1, 2}, c.autoRunStreams));
-     }},
+         c.systemLogPath = utf8ToCp1251("C:\\vx\\Лог");
+         c.videoPath = "D:\\video";   // an empty one would read back as the derived folder
+         c.systemLevel = c.sizeImage = 1;
+         c.recogFormat = utf8ToCp1251("Номер {plate}");
+         c.saveImage = c.autoRunManager = c.startStatus = c.globalRestart = true;
+         c.timeLife = 30;
+         c.videoChunk = 60;
+         c.maxSizeVideoDirectoryMb = 4000000000u;
+         c.divideLogRecog = c.display = c.perfLog = 1;
+         c.xWindow = 10;
+         c.yWindow = -20;
+         c.wWindow = 800;
+         c.hWindow = 600;
+         ASSERT_TRUE(saveConfig(f.dir(), c, {1, 2}, {true, false}));
+     },
+     rereadMain, "vx_main_config.away.json"},
     {"vx_stream1.json",
      [](const ConfigFolder& f) {
          CameraConfig c;
@@ -209,10 +230,28 @@ const GoldenFile goldenFiles[] = {
      rereadControl, "vx_control_config.away.json"},
     {"vx_mess_config.json",
      [](const ConfigFolder& f) {
+         // Tokens go enciphered from their UTF-8 form.
          MessengersConfig c;
-         c.channels[0].name = utf8ToCp1251("Охрана");
-         c.channels[0].on = true;
-         c.channels[0].token = "123456:ABC-def_ghi";
+         c.port = 2000;
+         c.on = true;
+         MessengerChannel& bot = c.channels[0];
+         bot.name = utf8ToCp1251("Охрана");
+         bot.channelID = 1;
+         bot.on = bot.delayAny = true;
+         bot.token = "123456:ABC-def_ghi";
+         bot.chatID = "-100200300";
+         bot.delaySame = false;
+         bot.delaySameMS = 5000;
+         bot.delayAnyMS = 250;
+         bot.image = 2;
+         MessengerChannel& mail = c.channels[9];
+         mail.channelID = 10;
+         mail.typeMessenger = 2;
+         mail.token = utf8ToCp1251("пароль");
+         mail.server = "smtp.example.test";
+         mail.port = 587;
+         mail.sender = "gate@example.test";
+         mail.receiver = "guard@example.test";
          ASSERT_TRUE(saveMessengers(f.dir(), c));
      },
      [](const ConfigFolder& f) {
