@@ -69,15 +69,11 @@ TEST_F(CameraConfigFile, DocumentedLossesOfASaveAndLoad)
     EXPECT_EQ(config.control.Control[0].signal.body, "C:\new\table") << "the body is unescaped twice";
 }
 
-TEST_F(CameraConfigFile, SaveWritesTheServicesPortsAndTheSlotIndex)
+TEST_F(CameraConfigFile, SaveWritesTheSlotIndexNotTheRecordsNumber)
 {
     CameraConfig config;
-    config.recognition.portServer = 1;
-    config.control.ControlPortServer = 2;
     config.control.Control[2].numSignal = 7;
     const std::string text = cameraConfigText(config, 5000, 5001);
-    EXPECT_NE(text.find("\t\t\"portServer\":5000,\n"), std::string::npos);
-    EXPECT_NE(text.find("\t\"ControlPortServer\":5001,\n"), std::string::npos);
     EXPECT_EQ(text.find("\"numSignal\":7"), std::string::npos);
     EXPECT_NE(text.find("\t\t\t\"numSignal\":2,\n"), std::string::npos);
 }

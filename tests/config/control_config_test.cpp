@@ -41,36 +41,6 @@ TEST_F(ControlConfigFile, AMissingFileGetsTheDefaults)
     EXPECT_FALSE(std::filesystem::exists(folder_.path() / "vx_control_config.json.tmp"));
 }
 
-TEST_F(ControlConfigFile, WritesEveryFieldInItsPlace)
-{
-    ControlSrvConfig c;
-    c.port = 8080;
-    c.httpLogger = true;
-    c.modeDB = 0;
-    c.equalLatinCyr = true;
-    c.notReturnServSymb = false;
-    c.autoUpdateListsInControl = true;
-    ASSERT_TRUE(saveControlGlobal(dir(), c));
-    EXPECT_EQ(readText(file()), "{\n"
-                                     "\t\"name\":\"ControlSrvConfig\",\n"
-                                     "\t\"version\":1,\n"
-                                     "\t\"port\":8080,\n"
-                                     "\t\"modeDB\":0,\n"
-                                     "\t\"equalLatinCyr\":true,\n"
-                                     "\t\"notReturnServSymb\":false,\n"
-                                     "\t\"autoUpdateListsInControl\":true,\n"
-                                     "\t\"httpLogger\":true\n"
-                                     "}");
-    ControlSrvConfig back;
-    ASSERT_TRUE(loadControlGlobal(dir(), back));
-    EXPECT_EQ(back.port, 8080);
-    EXPECT_TRUE(back.httpLogger);
-    EXPECT_EQ(back.modeDB, 0);
-    EXPECT_TRUE(back.equalLatinCyr);
-    EXPECT_FALSE(back.notReturnServSymb);
-    EXPECT_TRUE(back.autoUpdateListsInControl);
-}
-
 TEST_F(ControlConfigFile, OldAndOddFiles)
 {
     {

@@ -84,51 +84,6 @@ TEST_F(MainConfigFile, TheStreamListsAreTheRecordsAndTheirLengthsAreNotTied)
               std::string::npos);
 }
 
-TEST_F(MainConfigFile, EveryFieldIsWrittenWhereItBelongs)
-{
-    MainConfig c;
-    c.systemLogPath = "C:\\vx\\\xCB\xEE\xE3";   // "C:\vx\Лог" in 1251
-    c.systemLevel = 1;
-    c.recogFormat = "\xCD\xEE\xEC\xE5\xF0 {plate}";   // "Номер {plate}"
-    c.saveImage = true;
-    c.sizeImage = 2;
-    c.timeLife = 30;
-    c.videoChunk = 60;
-    c.maxSizeVideoDirectoryMb = 4000000000u;
-    c.divideLogRecog = 1;
-    c.autoRunManager = true;
-    c.startStatus = true;
-    c.globalRestart = true;
-    c.xWindow = 10;
-    c.yWindow = -20;
-    c.wWindow = 800;
-    c.hWindow = 600;
-    c.display = 1;
-    c.perfLog = 1;
-    test::CapturedStderr err;
-    ASSERT_TRUE(saveConfig(dir(), c, {}, {}));
-    const std::string text = readText(file());
-    for (const char* line : {"\t\"systemLogPath\":\"C:\\\\vx\\\\Лог\",\n", "\t\"systemLevel\":1,\n",
-                             "\t\"recogFormat\":\"Номер {plate}\",\n", "\t\"saveImage\":true,\n",
-                             "\t\"sizeImage\":2,\n\t\"timeLife\":30,\n\t\"videoChunk\":60,\n"
-                             "\t\"maxSizeVideoDirectoryMb\":4000000000,\n\t\"divideLogRecog\":1,\n"
-                             "\t\"autoRunManager\":true,\n\t\"startStatus\":true,\n\t\"globalRestart\":true,\n"
-                             "\t\"xWindow\":10,\n\t\"yWindow\":-20,\n\t\"wWindow\":800,\n\t\"hWindow\":600,\n"
-                             "\t\"display\":1,\n\t\"perfLog\":1,\n"})
-        EXPECT_NE(text.find(line), std::string::npos) << line;
-
-    // And read back as it was.
-    MainConfig back;
-    MainConfigFolders folders;
-    ASSERT_TRUE(loadConfig("/opt/vexlane", dir(), back, folders));
-    EXPECT_EQ(back.systemLogPath, c.systemLogPath);
-    EXPECT_EQ(back.recogFormat, c.recogFormat);
-    EXPECT_EQ(back.maxSizeVideoDirectoryMb, 4000000000u);
-    EXPECT_EQ(back.yWindow, -20);
-    EXPECT_EQ(back.perfLog, 1);
-    EXPECT_TRUE(back.globalRestart);
-}
-
 TEST_F(MainConfigFile, AFolderThatCantBeWrittenLeavesTheRecordAlone)
 {
     MainConfig config;

@@ -47,56 +47,6 @@ TEST_F(RecognitionConfigFile, FirstReadWritesTheDefaultsAndReadsThemBack)
     EXPECT_EQ(config.port, 1234);
 }
 
-TEST_F(RecognitionConfigFile, AllFieldsSetRoundTripByteForByte)
-{
-    RecognitionSrvConfig config;
-    config.templates = {true, false, true, false, false, false, false, false, true, true};
-    config.bigSymbolModel = true;
-    config.port = 4321;
-    config.minSymbolsPlate = 4;
-    config.maxSymbolsPlate = 9;
-    config.minPlateHeight = 20;
-    config.minPlateWidth = 80;
-    config.modeConfig = 2;
-    config.mode = 1;
-    config.gpuObjects = 3;
-    config.turn = false;
-    config.gpu = true;
-    config.detectConfThresh = 0.5f;
-    config.detectConfPerson = 0.35f;
-    config.detectConfVehicle = 0.05f;
-    saveRecogGlobal(dir(), config);
-    const std::string expected = "{\n"
-                                 "\t\"name\":\"RecognitionSrvConfig\",\n"
-                                 "\t\"versionIIS\":1,\n"
-                                 "\t\"maxImagesInQueue\":10,\n"
-                                 "\t\"gpuObjects\":3, \n"
-                                 "\t\"mode\":1,\n"
-                                 "\t\"expandedResult\":1,\n"
-                                 "\t\"detectConfThresh\":0.5,\n"
-                                 "\t\"detectConfPerson\":0.35,\n"
-                                 "\t\"detectConfVehicle\":0.05,\n"
-                                 "\t\"pathToConfigForLibrary\":\"vxplate2dataconfigmicro.json\",\n"
-                                 "\t\"modeConfig\":2,\n"
-                                 "\t\"minPlateHeight\":20,\n"
-                                 "\t\"minPlateWidth\":80,\n"
-                                 "\t\"minSymbolsPlate\":4,\n"
-                                 "\t\"maxSymbolsPlate\":9,\n"
-                                 "\t\"turn\":false,\n"
-                                 "\t\"gpu\":true,\n"
-                                 "\t\"bigSymbolModel\":true,\n"
-                                 "\t\"port\":4321,\n"
-                                 "\t\"plateTemplates\":[\"ru\",\"am\",\"abh\",\"rso\"]\n"
-                                 "}";
-    ASSERT_EQ(readText(file()), expected);
-
-    RecognitionSrvConfig back;
-    EXPECT_TRUE(loadRecogGlobal(dir(), back));
-    saveRecogGlobal(dir(), back);
-    EXPECT_EQ(readText(file()), expected);
-    EXPECT_EQ(back.templates, config.templates);
-}
-
 TEST_F(RecognitionConfigFile, ModelSizeIsLimitedInTheFileButNotInTheRecord)
 {
     struct Case { std::int32_t field; const char* model; const char* written; };

@@ -2,7 +2,8 @@
 // writes it: golden/posix/ holds the Linux bytes (LF, '/'), golden/win32/ the
 // Windows bytes (CR LF, '\' doubled inside JSON). The same records are
 // written on both; only the install folder differs. The system log is
-// CR LF on both.
+// CR LF on both. The main, camera, recognition and control files have a second
+// golden file each, of a record with every field away from its default.
 //
 // After a deliberate change of a format, VEXLANE_UPDATE_GOLDEN=1 rewrites
 // this platform's golden files from what the writers produce.
@@ -97,6 +98,10 @@ struct GoldenFile {
     // Reads the file with its reader and saves the record again (none for
     // the log).
     std::function<void(const ConfigFolder&)> reread = nullptr;
+    // The golden file's name where one writer has two: a fresh record and
+    // one with every field away from its default.
+    std::string golden = "";
+    std::string goldenName() const { return golden.empty() ? name : golden; }
 };
 
 // One list of a table of its own, read from `file` by `read` and saved again.
@@ -111,6 +116,48 @@ void rereadList(const ConfigFolder& f, const std::string& file, bool extended) {
     ASSERT_TRUE(saveWhiteList(table, f.dir(), 0));
 }
 
+void rereadMain(const ConfigFolder& f) {
+    MainConfig c;
+    MainConfigFolders folders;
+    ASSERT_TRUE(loadConfig(installFolder, f.dir(), c, folders));
+    EXPECT_EQ(c.videoStreams, (std::vector<std::string>{"vx_stream1.json", "vx_stream2.json"}));
+    ASSERT_TRUE(saveConfig(f.dir(), c, {1, 2}, c.autoRunStreams));
+}
+
+RecognitionSrvConfig awayRecognition() {
+    RecognitionSrvConfig c;
+    c.templates = {true, false, true, false, false, false, false, false, true, true};
+    c.bigSymbolModel = true;
+    c.port = 4321;
+    c.minSymbolsPlate = 4;
+    c.maxSymbolsPlate = 9;
+    c.minPlateHeight = 20;
+    c.minPlateWidth = 80;
+    c.modeConfig = 2;
+    c.mode = 1;
+    c.gpuObjects = 3;
+    c.turn = false;
+    c.gpu = true;
+    c.detectConfThresh = 0.5f;
+    c.detectConfPerson = 0.35f;
+    c.detectConfVehicle = 0.05f;
+    return c;
+}
+
+void rereadRecognition(const ConfigFolder& f) {
+    RecognitionSrvConfig c;
+    c.port = 1;
+    ASSERT_TRUE(loadRecogGlobal(f.dir(), c));
+    ASSERT_TRUE(saveRecogGlobal(f.dir(), c));
+}
+
+void rereadControl(const ConfigFolder& f) {
+    ControlSrvConfig c;
+    c.port = 1;
+    ASSERT_TRUE(loadControlGlobal(f.dir(), c));
+    ASSERT_TRUE(saveControlGlobal(f.dir(), c));
+}
+
 const GoldenFile goldenFiles[] = {
     {"vx_main_config.json",
      [](const ConfigFolder& f) {
@@ -122,13 +169,26 @@ const GoldenFile goldenFiles[] = {
          c.videoPath = underInstall(utf8ToCp1251("видео"));
          ASSERT_TRUE(saveConfig(f.dir(), c, {1, 2}, {true, false}));
      },
+     rereadMain},
+    {"vx_main_config.json",
      [](const ConfigFolder& f) {
          MainConfig c;
-         MainConfigFolders folders;
-         ASSERT_TRUE(loadConfig(installFolder, f.dir(), c, folders));
-         EXPECT_EQ(c.videoStreams, (std::vector<std::string>{"vx_stream1.json", "vx_stream2.json"}));
-         ASSERT_TRUE(saveConfig(f.dir(), c, {1, 2}, c.autoRunStreams));
-     }},
+         c.systemLogPath = utf8ToCp1251("C:\\vx\\Лог");
+         c.videoPath = "D:\\video";   // an empty one would read back as the derived folder
+         c.systemLevel = c.sizeImage = 1;
+         c.recogFormat = utf8ToCp1251("Номер {plate}");
+         c.saveImage = c.autoRunManager = c.startStatus = c.globalRestart = true;
+         c.timeLife = 30;
+         c.videoChunk = 60;
+         c.maxSizeVideoDirectoryMb = 4000000000u;
+         c.divideLogRecog = c.display = c.perfLog = 1;
+         c.xWindow = 10;
+         c.yWindow = -20;
+         c.wWindow = 800;
+         c.hWindow = 600;
+         ASSERT_TRUE(saveConfig(f.dir(), c, {1, 2}, {true, false}));
+     },
+     rereadMain, "vx_main_config.away.json"},
     {"vx_stream1.json",
      [](const ConfigFolder& f) {
          CameraConfig c;
@@ -152,27 +212,46 @@ const GoldenFile goldenFiles[] = {
          ASSERT_TRUE(saveCamera(cameraFilePath(f.dir(), 7), c, 4000, 4001));
      }},
     {"vx_recog_config_srv.json",
-     [](const ConfigFolder& f) { ASSERT_TRUE(saveRecogGlobal(f.dir(), RecognitionSrvConfig{})); },
-     [](const ConfigFolder& f) {
-         RecognitionSrvConfig c;
-         c.port = 1;
-         ASSERT_TRUE(loadRecogGlobal(f.dir(), c));
-         ASSERT_TRUE(saveRecogGlobal(f.dir(), c));
-     }},
+     [](const ConfigFolder& f) { ASSERT_TRUE(saveRecogGlobal(f.dir(), RecognitionSrvConfig{})); }, rereadRecognition},
+    {"vx_recog_config_srv.json",
+     [](const ConfigFolder& f) { ASSERT_TRUE(saveRecogGlobal(f.dir(), awayRecognition())); }, rereadRecognition,
+     "vx_recog_config_srv.away.json"},
     {"vx_control_config.json",
-     [](const ConfigFolder& f) { ASSERT_TRUE(saveControlGlobal(f.dir(), ControlSrvConfig{})); },
+     [](const ConfigFolder& f) { ASSERT_TRUE(saveControlGlobal(f.dir(), ControlSrvConfig{})); }, rereadControl},
+    {"vx_control_config.json",
      [](const ConfigFolder& f) {
          ControlSrvConfig c;
-         c.port = 1;
-         ASSERT_TRUE(loadControlGlobal(f.dir(), c));
+         c.port = 8080;
+         c.httpLogger = c.equalLatinCyr = c.autoUpdateListsInControl = true;
+         c.modeDB = 0;
+         c.notReturnServSymb = false;
          ASSERT_TRUE(saveControlGlobal(f.dir(), c));
-     }},
+     },
+     rereadControl, "vx_control_config.away.json"},
     {"vx_mess_config.json",
      [](const ConfigFolder& f) {
+         // Tokens go enciphered from their UTF-8 form.
          MessengersConfig c;
-         c.channels[0].name = utf8ToCp1251("Охрана");
-         c.channels[0].on = true;
-         c.channels[0].token = "123456:ABC-def_ghi";
+         c.port = 2000;
+         c.on = true;
+         MessengerChannel& bot = c.channels[0];
+         bot.name = utf8ToCp1251("Охрана");
+         bot.channelID = 1;
+         bot.on = bot.delayAny = true;
+         bot.token = "123456:ABC-def_ghi";
+         bot.chatID = "-100200300";
+         bot.delaySame = false;
+         bot.delaySameMS = 5000;
+         bot.delayAnyMS = 250;
+         bot.image = 2;
+         MessengerChannel& mail = c.channels[9];
+         mail.channelID = 10;
+         mail.typeMessenger = 2;
+         mail.token = utf8ToCp1251("пароль");
+         mail.server = "smtp.example.test";
+         mail.port = 587;
+         mail.sender = "gate@example.test";
+         mail.receiver = "guard@example.test";
          ASSERT_TRUE(saveMessengers(f.dir(), c));
      },
      [](const ConfigFolder& f) {
@@ -231,12 +310,12 @@ TEST(TextFileGolden, EveryFileKindIsWrittenByteForByteAsThePlatformWritesIt)
     const bool update = std::getenv("VEXLANE_UPDATE_GOLDEN") != nullptr;
     test::CapturedStderr quiet;   // the first save of the main config has nothing to keep as .tmp
     for (const GoldenFile& golden : goldenFiles) {
-        SCOPED_TRACE(golden.name);
+        SCOPED_TRACE(golden.goldenName());
         ConfigFolder folder;
         golden.write(folder);
         const std::string written = withFixedStamps(exactBytes(folder.file(golden.name)));
-        if (update) test::writeBytes(goldenDir / golden.name, written);
-        EXPECT_EQ(written, exactBytes(goldenDir / golden.name));
+        if (update) test::writeBytes(goldenDir / golden.goldenName(), written);
+        EXPECT_EQ(written, exactBytes(goldenDir / golden.goldenName()));
     }
 }
 
@@ -259,8 +338,8 @@ TEST(TextFileGolden, EveryReaderTakesBothLineEnds)
     test::CapturedStderr quiet;
     for (const GoldenFile& golden : goldenFiles) {
         if (!golden.reread) continue;
-        SCOPED_TRACE(golden.name);
-        const std::string expected = exactBytes(goldenDir / golden.name);
+        SCOPED_TRACE(golden.goldenName());
+        const std::string expected = exactBytes(goldenDir / golden.goldenName());
         ConfigFolder folder;
         for (const std::string& input : {expected, withOtherLineEnds(expected)}) {
             folder.put(golden.name, input);
