@@ -14,6 +14,7 @@
 #include <QPushButton>
 #include <QStatusBar>
 #include <QMessageBox>
+#include <QMouseEvent>
 #include <functional>
 
 #include "platform/process.h"
@@ -21,6 +22,7 @@
 #include "support/qt_application.h"
 #include "ui/qt/main_window.h"
 #include "ui/qt/qt_text.h"
+#include "ui/qt/tile_view.h"
 
 using namespace vx;
 using namespace vx::ui;
@@ -101,6 +103,26 @@ TEST_F(MainWindowTest, ShowsTheTitleButtonsAndMenus)
         EXPECT_EQ(window.menuAction(id)->text(), literal(label)) << id;
     }
     EXPECT_TRUE(state.createFinished);
+}
+
+TEST_F(MainWindowTest, TheTileAreaShowsTheZoneAndAClickClearsTheStatus)
+{
+    MainWindow& window = created();
+    core::AppState& state = *state_;
+    auto* area = qobject_cast<TileView*>(window.control(idTileArea));
+    ASSERT_NE(area, nullptr);
+    ASSERT_FALSE(area->zone().isNull());
+    EXPECT_GE(area->zone().width(), 640);
+    EXPECT_GE(area->zone().height(), 480);
+    EXPECT_EQ(area->zone().width() % 4, 0);
+
+    state.status.set("busy");
+    window.statusBar()->showMessage("busy");
+    QMouseEvent press(QEvent::MouseButtonPress, QPointF(2, 2), QPointF(area->mapToGlobal(QPoint(2, 2))), Qt::LeftButton,
+                      Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(area, &press);
+    EXPECT_EQ(state.status.get(), "");
+    EXPECT_TRUE(window.statusBar()->currentMessage().isEmpty());
 }
 
 TEST_F(MainWindowTest, CloseBoxMinimisesAndOnlyTheMenuEnds)
