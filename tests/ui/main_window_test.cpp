@@ -143,6 +143,27 @@ TEST_F(MainWindowTest, CloseBoxMinimisesAndOnlyTheMenuEnds)
     EXPECT_TRUE(state.shuttingDown);
 }
 
+TEST_F(MainWindowTest, StartAndStopButtonsRunTheGlobalCommands)
+{
+    MainWindow& window = created();
+    core::AppState& state = *state_;
+    // The commands reach the real service workers; no process is looked for,
+    // started or ended from here, so no other test's services are touched.
+    window.services().process.find = [](const std::string&) { return 0L; };
+    window.services().process.start = [](const platform::ProcessStartInfo&) { return nullptr; };
+    window.services().sleep = [](int) {};
+    int saves = 0;
+    window.actions().saveMainConfig = [&] { ++saves; return true; };
+    qobject_cast<QPushButton*>(window.control(idStartAll))->click();
+    EXPECT_TRUE(state.liveMainConfig.startStatus);
+    EXPECT_EQ(window.statusBar()->currentMessage(), literal("Запущено всё!"));
+    qobject_cast<QPushButton*>(window.control(idStopAll))->click();
+    EXPECT_FALSE(state.liveMainConfig.startStatus);
+    EXPECT_EQ(window.statusBar()->currentMessage(), literal("Остановлено всё!"));
+    EXPECT_EQ(saves, 2);
+    state.pendingTasks.waitAll();
+}
+
 TEST_F(MainWindowTest, WindowAnswersWhileTheWatchIsStartingServices)
 {
     MainWindow& window = created();
