@@ -14,6 +14,7 @@
 #include <QPushButton>
 #include <QStatusBar>
 #include <QMessageBox>
+#include <QMouseEvent>
 #include <functional>
 
 #include "platform/process.h"
@@ -22,6 +23,7 @@
 #include "support/qt_application.h"
 #include "ui/qt/main_window.h"
 #include "ui/qt/qt_text.h"
+#include "ui/qt/tile_view.h"
 
 using namespace vx;
 using namespace vx::ui;
@@ -104,6 +106,26 @@ TEST_F(MainWindowTest, ShowsTheTitleButtonsAndMenus)
     EXPECT_TRUE(state.createFinished);
 }
 
+TEST_F(MainWindowTest, TheTileAreaShowsTheZoneAndAClickClearsTheStatus)
+{
+    MainWindow& window = created();
+    core::AppState& state = *state_;
+    auto* area = qobject_cast<TileView*>(window.control(idTileArea));
+    ASSERT_NE(area, nullptr);
+    ASSERT_FALSE(area->zone().isNull());
+    EXPECT_GE(area->zone().width(), 640);
+    EXPECT_GE(area->zone().height(), 480);
+    EXPECT_EQ(area->zone().width() % 4, 0);
+
+    state.status.set("busy");
+    window.statusBar()->showMessage("busy");
+    QMouseEvent press(QEvent::MouseButtonPress, QPointF(2, 2), QPointF(area->mapToGlobal(QPoint(2, 2))), Qt::LeftButton,
+                      Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(area, &press);
+    EXPECT_EQ(state.status.get(), "");
+    EXPECT_TRUE(window.statusBar()->currentMessage().isEmpty());
+}
+
 TEST_F(MainWindowTest, CloseBoxMinimisesAndOnlyTheMenuEnds)
 {
     MainWindow& window = created();
@@ -120,6 +142,27 @@ TEST_F(MainWindowTest, CloseBoxMinimisesAndOnlyTheMenuEnds)
     EXPECT_FALSE(state.minimised);
     window.menuAction(idMenuExit)->trigger();
     EXPECT_TRUE(state.shuttingDown);
+}
+
+TEST_F(MainWindowTest, StartAndStopButtonsRunTheGlobalCommands)
+{
+    MainWindow& window = created();
+    core::AppState& state = *state_;
+    // The commands reach the real service workers; no process is looked for,
+    // started or ended from here, so no other test's services are touched.
+    window.services().process.find = [](const std::string&) { return 0L; };
+    window.services().process.start = [](const platform::ProcessStartInfo&) { return nullptr; };
+    window.services().sleep = [](int) {};
+    int saves = 0;
+    window.actions().saveMainConfig = [&] { ++saves; return true; };
+    qobject_cast<QPushButton*>(window.control(idStartAll))->click();
+    EXPECT_TRUE(state.liveMainConfig.startStatus);
+    EXPECT_EQ(window.statusBar()->currentMessage(), literal("Запущено всё!"));
+    qobject_cast<QPushButton*>(window.control(idStopAll))->click();
+    EXPECT_FALSE(state.liveMainConfig.startStatus);
+    EXPECT_EQ(window.statusBar()->currentMessage(), literal("Остановлено всё!"));
+    EXPECT_EQ(saves, 2);
+    state.pendingTasks.waitAll();
 }
 
 TEST_F(MainWindowTest, WindowAnswersWhileTheWatchIsStartingServices)

@@ -58,37 +58,3 @@ TEST(TileView, ReportsMovesAndLeftClicksOnly)
     ASSERT_EQ(clicks.size(), 1u);
     EXPECT_EQ(clicks[0], QPoint(50, 60));
 }
-
-#include <QStatusBar>
-
-#include "support/temp_dir.h"
-#include "ui/qt/main_window.h"
-
-TEST(TileArea, TheWindowDrawsTheZoneAndAClickClearsTheStatus)
-{
-    app();
-    vx::test::RuntimeSandbox sandbox;
-    vx::test::TempDir base;
-    std::filesystem::create_directories(base.path() / "configs");
-    // The detached timer thread keeps the state: it lives on after the test.
-    auto* state = new vx::core::AppState;
-    state->baseDirectory = base.path();
-    state->ConfigDirectory = base.path().string() + "/configs";
-    vx::ui::MainWindow window(*state);
-    window.setTeardownPause(0);
-    window.setQuitAction([] {});
-    ASSERT_TRUE(window.create());
-    auto* area = qobject_cast<TileView*>(window.control(vx::ui::idTileArea));
-    ASSERT_NE(area, nullptr);
-    ASSERT_FALSE(area->zone().isNull());
-    EXPECT_GE(area->zone().width(), 640);
-    EXPECT_GE(area->zone().height(), 480);
-    EXPECT_EQ(area->zone().width() % 4, 0);
-
-    state->status.set("busy");
-    window.statusBar()->showMessage("busy");
-    send(*area, QEvent::MouseButtonPress, Qt::LeftButton, {2, 2});
-    EXPECT_EQ(state->status.get(), "");
-    EXPECT_TRUE(window.statusBar()->currentMessage().isEmpty());
-    window.teardown();
-}

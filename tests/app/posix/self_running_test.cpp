@@ -1,7 +1,7 @@
 // The manager running by itself on a temporary installation: the first tick's
 // watch starts the three service stand-ins and two streams, the panels read
-// "ОК", the tiles get pictures, and a service and a stream killed with
-// SIGKILL come back through the watch.
+// "ОК", the tiles get pictures, a service and a stream killed with SIGKILL
+// come back through the watch, and what the manager started outlives it.
 #include <gtest/gtest.h>
 
 #include <netinet/in.h>
@@ -180,9 +180,14 @@ TEST(SelfRunning, PanelsPicturesAndTheWatchBringBackWhatWasKilled)
         << countLines(log, picture) - from << " pictures in thirty seconds";
 
     // The manager goes; what it started doesn't, so the test ends it all.
+    std::set<long> ours = processesOf(install.folder());
+    ours.erase(manager->pid());
+    EXPECT_FALSE(ours.empty());
     EXPECT_TRUE(waitUntilCaught(manager->pid(), SIGTERM, 10000));
     manager->kill(SIGTERM);
     EXPECT_TRUE(manager->waitExit(10000));
+    for (long pid : ours)
+        EXPECT_TRUE(alive(pid)) << pid;
     for (long pid : processesOf(install.folder()))
         ::kill(static_cast<pid_t>(pid), SIGKILL);
     EXPECT_TRUE(waitFor([&] { return processesOf(install.folder()).empty(); }, 5000));
