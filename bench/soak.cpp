@@ -177,8 +177,9 @@ public:
     // `oldWindow`; false when the bound runs out.
     bool tickUntilBack(std::int64_t since, platform::WindowHandle oldWindow);
     // Waits for the timer thread to be between ticks and for every spawned
-    // request to end, handling notifications meanwhile.
-    void quiesce();
+    // request to end, handling notifications meanwhile; false when the
+    // requests didn't end within the round's bound.
+    bool quiesce();
     long streamPid() { return supervision::findProcessByArg(*streams_, supervision::streamImageName(), firstArg_); }
     long servicePid() const { return test::findProcessIn(folder_, "vxInference"); }
     platform::WindowHandle streamWindow() { return state_->streams.record(0).channel.window; }
@@ -327,7 +328,7 @@ bool Soak::tickUntilBack(std::int64_t since, platform::WindowHandle oldWindow)
     return false;
 }
 
-void Soak::quiesce()
+bool Soak::quiesce()
 {
     // Two looks at an unset tick mark: the pass that was running has ended.
     const long looks = idleLooks_;
@@ -342,12 +343,15 @@ void Soak::quiesce()
         drainDone_ = false;
     }
     drainWake_.notify_all();
+    const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(test::scaledMs(roundBoundMs));
     for (;;) {
         {
             std::lock_guard<std::mutex> lock(drainMutex_);
             if (drainDone_)
                 break;
         }
+        if (std::chrono::steady_clock::now() >= end)
+            return false;
         endpoint_->dispatchOne(5);
     }
     // A notification sent just before may still wait.
@@ -356,6 +360,7 @@ void Soak::quiesce()
     // depending on how many polls its service took on it: the clients are
     // made anew, as a service's start does, so that none is counted.
     core::initServiceClients(*services_);
+    return true;
 }
 
 void Soak::tearDown()
@@ -419,7 +424,10 @@ int main(int argc, char** argv)
         std::printf("the stream and the service did not come up\n");
         return 2;
     }
-    soak->quiesce();
+    if (!soak->quiesce()) {
+        std::printf("the spawned requests did not end\n");
+        return 2;
+    }
     Figure zombies, descriptors, rss, threads;
     zombies.first(zombieChildren());
     descriptors.first(openDescriptors());
@@ -445,7 +453,11 @@ int main(int argc, char** argv)
             stuck = true;
             break;
         }
-        soak->quiesce();
+        if (!soak->quiesce()) {
+            std::printf("round %d: the spawned requests did not end\n", round);
+            stuck = true;
+            break;
+        }
         zombies.next(zombieChildren());
         descriptors.next(openDescriptors());
         threads.next(statusValue("Threads"));
