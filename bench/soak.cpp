@@ -8,14 +8,22 @@
 // (VmRSS) are counted, with the tick paused, the spawned requests done and
 // the HTTP clients made anew (so that no keep-alive connection is counted).
 //
-//   soak [rounds] [--rss-limit-mb N] [--verbose]
+//   soak [rounds] [--rss-limit-mb N] [--default-malloc] [--verbose]
 //
-// 1000 rounds by default. Exit code 0 when no zombie is left at the end, the
-// descriptors did not grow and the resident memory grew by less than N MB
-// (5; 0 leaves memory unjudged, as the sanitized builds do: their allocator
-// holds freed memory back on purpose); 1 when one of these failed, 2 when a
-// round did not come back within its bound (scaled by
-// VEXLANE_TEST_TIME_SCALE) or the installation couldn't be set up.
+// 1000 rounds by default. Exit code 0 when no zombie is left at the end, and
+// since the first start the descriptors did not grow and the resident memory
+// grew by less than N MB (5; 0 leaves memory unjudged, as the sanitized
+// builds do: their allocator holds freed memory back on purpose); 1 when one
+// of these failed, 2 when a round did not come back within its bound (scaled
+// by VEXLANE_TEST_TIME_SCALE) or the installation couldn't be set up.
+//
+// The allocator's mmap threshold is fixed at its initial 128 KiB unless
+// --default-malloc is given. By default glibc raises it to the size of each
+// large block freed, after which the pictures of every tick (a 900 kB zone,
+// tiles, decoded frames) come from the heap, whose fragments make the
+// resident size wander by a zone at a time and settle some megabytes higher
+// over the first few hundred rounds. With the threshold fixed they are
+// mapped and unmapped, and what stays resident is what the code keeps.
 //
 // The tick runs fast: the main thread here plays the window's part, calling
 // onTimer every 25 ms and handling the streams' notifications in between,
@@ -34,6 +42,7 @@
 #include <cstring>
 #include <filesystem>
 #include <fstream>
+#include <malloc.h>
 #include <condition_variable>
 #include <mutex>
 #include <memory>
@@ -136,6 +145,7 @@ struct Figure {
 struct Options {
     int rounds = 1000;
     long rssLimitKb = 5 * 1024;
+    bool defaultMalloc = false;
     bool verbose = false;
 };
 
@@ -145,6 +155,8 @@ bool parse(int argc, char** argv, Options& options)
         const std::string arg = argv[i];
         if (arg == "--verbose")
             options.verbose = true;
+        else if (arg == "--default-malloc")
+            options.defaultMalloc = true;
         else if (arg == "--rss-limit-mb" && i + 1 < argc)
             options.rssLimitKb = std::atol(argv[++i]) * 1024;
         else if (!arg.empty() && arg.find_first_not_of("0123456789") == std::string::npos)
@@ -165,8 +177,9 @@ public:
     // `oldWindow`; false when the bound runs out.
     bool tickUntilBack(std::int64_t since, platform::WindowHandle oldWindow);
     // Waits for the timer thread to be between ticks and for every spawned
-    // request to end, handling notifications meanwhile.
-    void quiesce();
+    // request to end, handling notifications meanwhile; false when the
+    // requests didn't end within the round's bound.
+    bool quiesce();
     long streamPid() { return supervision::findProcessByArg(*streams_, supervision::streamImageName(), firstArg_); }
     long servicePid() const { return test::findProcessIn(folder_, "vxInference"); }
     platform::WindowHandle streamWindow() { return state_->streams.record(0).channel.window; }
@@ -315,7 +328,7 @@ bool Soak::tickUntilBack(std::int64_t since, platform::WindowHandle oldWindow)
     return false;
 }
 
-void Soak::quiesce()
+bool Soak::quiesce()
 {
     // Two looks at an unset tick mark: the pass that was running has ended.
     const long looks = idleLooks_;
@@ -330,12 +343,15 @@ void Soak::quiesce()
         drainDone_ = false;
     }
     drainWake_.notify_all();
+    const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(test::scaledMs(roundBoundMs));
     for (;;) {
         {
             std::lock_guard<std::mutex> lock(drainMutex_);
             if (drainDone_)
                 break;
         }
+        if (std::chrono::steady_clock::now() >= end)
+            return false;
         endpoint_->dispatchOne(5);
     }
     // A notification sent just before may still wait.
@@ -344,6 +360,7 @@ void Soak::quiesce()
     // depending on how many polls its service took on it: the clients are
     // made anew, as a service's start does, so that none is counted.
     core::initServiceClients(*services_);
+    return true;
 }
 
 void Soak::tearDown()
@@ -392,9 +409,11 @@ int main(int argc, char** argv)
 {
     Options options;
     if (!parse(argc, argv, options)) {
-        std::printf("usage: soak [rounds] [--rss-limit-mb N] [--verbose]\n");
+        std::printf("usage: soak [rounds] [--rss-limit-mb N] [--default-malloc] [--verbose]\n");
         return 2;
     }
+    if (!options.defaultMalloc)
+        mallopt(M_MMAP_THRESHOLD, 128 * 1024);
     auto soak = std::make_unique<Soak>();
     if (!soak->setUp()) {
         std::printf("the installation could not be set up\n");
@@ -405,14 +424,17 @@ int main(int argc, char** argv)
         std::printf("the stream and the service did not come up\n");
         return 2;
     }
-    soak->quiesce();
+    if (!soak->quiesce()) {
+        std::printf("the spawned requests did not end\n");
+        return 2;
+    }
     Figure zombies, descriptors, rss, threads;
     zombies.first(zombieChildren());
     descriptors.first(openDescriptors());
     rss.first(statusValue("VmRSS"));
     threads.first(statusValue("Threads"));
-    std::printf("start: descriptors %ld, RSS %ld kB, threads %ld, zombies %ld\n", descriptors.start, rss.start,
-                threads.start, zombies.start);
+    std::printf("first start: descriptors %ld, RSS %ld kB, threads %ld, zombies %ld\n", descriptors.start,
+                rss.start, threads.start, zombies.start);
     std::fflush(stdout);
 
     const auto started = std::chrono::steady_clock::now();
@@ -431,11 +453,15 @@ int main(int argc, char** argv)
             stuck = true;
             break;
         }
-        soak->quiesce();
+        if (!soak->quiesce()) {
+            std::printf("round %d: the spawned requests did not end\n", round);
+            stuck = true;
+            break;
+        }
         zombies.next(zombieChildren());
         descriptors.next(openDescriptors());
-        rss.next(statusValue("VmRSS"));
         threads.next(statusValue("Threads"));
+        rss.next(statusValue("VmRSS"));
         done = round;
         if (options.verbose || round % 100 == 0) {
             std::printf("round %d: descriptors %ld, RSS %ld kB, threads %ld, zombies %ld\n", round, descriptors.end,
@@ -455,8 +481,8 @@ int main(int argc, char** argv)
 
     std::printf("rounds: %d in %.1f s, %.2f rounds/s\n", done, seconds, seconds > 0 ? done / seconds : 0.0);
     std::printf("descriptors: start %ld, end %ld, max %ld\n", descriptors.start, descriptors.end, descriptors.max);
-    std::printf("RSS: start %ld kB, end %ld kB, max %ld kB (growth %ld kB)\n", rss.start, rss.end, rss.max,
-                rss.end - rss.start);
+    std::printf("RSS: start %ld kB, end %ld kB, max %ld kB (growth %ld kB)%s\n", rss.start, rss.end, rss.max,
+                rss.end - rss.start, options.defaultMalloc ? ", default mmap threshold" : "");
     std::printf("threads: start %ld, end %ld, max %ld\n", threads.start, threads.end, threads.max);
     std::printf("zombies: after a round at most %ld; after the end %ld\n", zombies.max, zombiesLeft);
     bool failed = false;

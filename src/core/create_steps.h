@@ -40,10 +40,11 @@ TimerHooks timerHooks(AppState& state, const std::shared_ptr<supervision::Servic
                       std::function<void(liveview::ZonePicture)> showZone,
                       std::function<std::int64_t()> now = calendarSeconds);
 
-// Starts the timer thread on timerHooks, detached. It works on the process-wide state and
-// leaves once shuttingDown is set; every drawing of the tick is handed to
-// `showZone` on the timer thread (the window passes it on to its own
-// thread). `hostWindow` is where the streams answer image requests.
+// Starts the timer thread on timerHooks, detached. It works on the
+// process-wide state and leaves once shuttingDown is set; every drawing of
+// the tick is handed to `showZone` on the timer thread (the window passes it
+// on to its own thread). `hostWindow` is where the streams answer image
+// requests.
 void startTimerThread(AppState& state, const std::shared_ptr<supervision::ServiceContext>& services,
                       const std::shared_ptr<liveview::LiveView>& view, platform::WindowHandle hostWindow,
                       std::function<void(liveview::ZonePicture)> showZone);
