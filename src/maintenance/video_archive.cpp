@@ -1,6 +1,7 @@
 #include "maintenance/video_archive.h"
 
 #include <algorithm>
+#include <atomic>
 #include <chrono>
 #include <cstdio>
 #include <functional>
@@ -8,6 +9,7 @@
 #include <string_view>
 #include <tuple>
 #include <system_error>
+#include <thread>
 #include <utility>
 
 #include "maintenance/local_time.h"
@@ -165,21 +167,36 @@ std::vector<std::string> VideoArchive::dayFolders(std::time_t now)
     return names;
 }
 
-bool VideoArchive::addFile(VideoStreamRecord& stream, VideoDayRecord& record, const fs::directory_entry& entry,
-                           const std::string& name, std::uint64_t timeKey)
+namespace {
+
+// Adds a parsed file at the end of a stream's day unless it is there
+// already; the bytes added (0 for none).
+std::uint64_t addToDay(VideoStreamRecord& stream, VideoDayRecord& record, const fs::directory_entry& entry,
+                       const std::string& name, std::uint64_t timeKey, bool& added)
 {
+    added = false;
     if (record.names.contains(name))
-        return false;
+        return 0;
     std::error_code ec;
     const std::uint64_t size = entry.file_size(ec);   // a plain file: no link to follow
     if (ec)
-        return false;   // gone between the listing and the look at its size
+        return 0;   // gone between the listing and the look at its size
     record.files.push_back({entry.path(), timeKey, size});
     record.names.insert(name);
     record.bytes += size;
     stream.bytes += size;
-    totalBytes_ += size;
-    return true;
+    added = true;
+    return size;
+}
+
+} // namespace
+
+bool VideoArchive::addFile(VideoStreamRecord& stream, VideoDayRecord& record, const fs::directory_entry& entry,
+                           const std::string& name, std::uint64_t timeKey)
+{
+    bool added = false;
+    totalBytes_ += addToDay(stream, record, entry, name, timeKey, added);
+    return added;
 }
 
 namespace {
@@ -211,40 +228,70 @@ bool settled(fs::file_time_type time)
 
 } // namespace
 
+namespace {
+
+// One stream folder's day folders and files into a record of its own.
+// False when it holds no video file (it then gets no record).
+bool scanStream(const fs::path& folder, VideoStreamRecord& stream)
+{
+    forEachEntry(folder, [&](const fs::directory_entry& dayFolder) {
+        if (!isFolder(dayFolder))
+            return;
+        const std::string day = dayFolder.path().filename().string();
+        fs::file_time_type before{};
+        const bool timed = folderTime(dayFolder.path(), before);
+        VideoDayRecord* record = nullptr;
+        forEachEntry(dayFolder.path(), [&](const fs::directory_entry& file) {
+            const std::string name = file.path().filename().string();
+            std::uint64_t key = 0;
+            if (!isVideoFile(file, name, key))
+                return;
+            if (!record)
+                record = &stream.days[day];
+            bool added = false;
+            addToDay(stream, *record, file, name, key, added);
+        });
+        if (record) {
+            orderByTime(*record);
+            record->listedTime = before;
+            record->listedForGood = timed && settled(before);
+        }
+    });
+    return !stream.days.empty();
+}
+
+} // namespace
+
 void VideoArchive::fullScan()
 {
+    std::vector<fs::path> folders;
     forEachEntry(root_, [&](const fs::directory_entry& streamFolder) {
-        if (!isFolder(streamFolder))
-            return;
-        // Keyed by the folder, as the pass keys it, whatever ID the file
-        // names carry.
-        const std::string streamName = streamFolder.path().filename().string();
-        VideoStreamRecord* stream = nullptr;
-        forEachEntry(streamFolder.path(), [&](const fs::directory_entry& dayFolder) {
-            if (!isFolder(dayFolder))
-                return;
-            const std::string day = dayFolder.path().filename().string();
-            fs::file_time_type before{};
-            const bool timed = folderTime(dayFolder.path(), before);
-            VideoDayRecord* record = nullptr;
-            forEachEntry(dayFolder.path(), [&](const fs::directory_entry& file) {
-                const std::string name = file.path().filename().string();
-                std::uint64_t key = 0;
-                if (!isVideoFile(file, name, key))
-                    return;
-                if (!stream)
-                    stream = &streams_[streamName];
-                if (!record)
-                    record = &stream->days[day];
-                addFile(*stream, *record, file, name, key);
-            });
-            if (record) {
-                orderByTime(*record);
-                record->listedTime = before;
-                record->listedForGood = timed && settled(before);
-            }
-        });
+        if (isFolder(streamFolder))
+            folders.push_back(streamFolder.path());
     });
+    // The stream folders are read side by side (most of the time goes into
+    // asking the system for each file's size), each into a record of its
+    // own; the records join the index afterwards. Keyed by the folder, as
+    // the pass keys it, whatever ID the file names carry.
+    std::vector<VideoStreamRecord> records(folders.size());
+    std::vector<char> found(folders.size(), 0);
+    std::atomic<std::size_t> next{0};
+    const auto work = [&] {
+        for (std::size_t i = next++; i < folders.size(); i = next++)
+            found[i] = scanStream(folders[i], records[i]);
+    };
+    const unsigned helpers = std::min(std::max(std::thread::hardware_concurrency(), 1u), 4u) - 1;
+    std::vector<std::thread> threads;
+    for (unsigned i = 0; i < helpers && i + 1 < folders.size(); ++i)
+        threads.emplace_back(work);
+    work();
+    for (std::thread& thread : threads)
+        thread.join();
+    for (std::size_t i = 0; i < folders.size(); ++i)
+        if (found[i]) {
+            totalBytes_ += records[i].bytes;
+            streams_[folders[i].filename().string()] = std::move(records[i]);
+        }
 }
 
 void VideoArchive::enforceQuota()
