@@ -434,7 +434,16 @@ void VideoArchive::sweepEmptyDays(const std::set<const std::string*>& streams)
             continue;
         std::vector<fs::path> empty;
         forEachEntry(root_ / streamName, [&](const fs::directory_entry& dayFolder) {
-            if (isFolder(dayFolder) && folderIsEmpty(dayFolder.path()))
+            if (!isFolder(dayFolder))
+                return;
+            // A folder unchanged since a settled listing still holds the
+            // files the index has of it: no need to open it.
+            const auto known = stream.days.find(dayFolder.path().filename().string());
+            fs::file_time_type time{};
+            if (known != stream.days.end() && !known->second.files.empty() && known->second.listedForGood &&
+                folderTime(dayFolder.path(), time) && time == known->second.listedTime)
+                return;
+            if (folderIsEmpty(dayFolder.path()))
                 empty.push_back(dayFolder.path());
         });
         for (const fs::path& folder : empty)
