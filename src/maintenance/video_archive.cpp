@@ -175,14 +175,15 @@ std::uint64_t addToDay(VideoStreamRecord& stream, VideoDayRecord& record, const 
                        const std::string& name, std::uint64_t timeKey, bool& added)
 {
     added = false;
-    if (record.names.contains(name))
+    if (record.namesMade && record.names.contains(name))
         return 0;
     std::error_code ec;
     const std::uint64_t size = entry.file_size(ec);   // a plain file: no link to follow
     if (ec)
         return 0;   // gone between the listing and the look at its size
     record.files.push_back({entry.path(), timeKey, size});
-    record.names.insert(name);
+    if (record.namesMade)
+        record.names.insert(name);
     record.bytes += size;
     stream.bytes += size;
     added = true;
@@ -246,8 +247,10 @@ bool scanStream(const fs::path& folder, VideoStreamRecord& stream)
             std::uint64_t key = 0;
             if (!isVideoFile(file, name, key))
                 return;
-            if (!record)
+            if (!record) {
                 record = &stream.days[day];
+                record->namesMade = false;
+            }
             bool added = false;
             addToDay(stream, *record, file, name, key, added);
         });
@@ -322,6 +325,11 @@ void VideoArchive::enforceQuota()
                 known->second.listedTime == before)
                 continue;
             VideoDayRecord* record = known != stream.days.end() ? &known->second : nullptr;
+            if (record && !record->namesMade) {
+                for (const VideoFileRecord& f : record->files)
+                    record->names.insert(f.path.filename().string());
+                record->namesMade = true;
+            }
             bool added = false;
             forEachEntry(folder, [&](const fs::directory_entry& file) {
                 const std::string name = file.path().filename().string();
@@ -416,8 +424,10 @@ bool VideoArchive::deleteOldest()
         kept.reserve(d.record->files.size());
         for (std::size_t i = 0; i < d.record->files.size(); ++i) {
             VideoFileRecord& file = d.record->files[i];
-            if (d.deleted[i])
-                d.record->names.erase(file.path.filename().string());
+            if (d.deleted[i]) {
+                if (d.record->namesMade)
+                    d.record->names.erase(file.path.filename().string());
+            }
             else
                 kept.push_back(std::move(file));
         }

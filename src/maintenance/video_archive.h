@@ -35,7 +35,11 @@ struct VideoFileRecord {
 struct VideoDayRecord {
     std::vector<VideoFileRecord> files;   // by time key; equal keys in the order they were found
     std::uint64_t bytes = 0;
-    std::unordered_set<std::string> names;   // the file names in `files`, for the "already indexed" test
+    // The file names in `files`, for the "already indexed" test; made when
+    // a pass first looks at the day (the full scan leaves them out, as one
+    // listing never holds a name twice).
+    std::unordered_set<std::string> names;
+    bool namesMade = true;
     // The folder's time of change as it was before its last listing, and
     // whether that listing saw it for good (the time wasn't too recent):
     // then a pass that finds the same time need not list it again.
