@@ -21,10 +21,13 @@ public:
             const std::string name = run.run_name.function_name + (run.run_name.args.empty() ? "" : "/" + run.run_name.args);
             if (run.error_occurred)
                 continue;
-            if (run.run_type == Run::RT_Aggregate && run.aggregate_name == "median")
+            if (run.run_type == Run::RT_Aggregate && run.aggregate_name == "median") {
                 medians_[name] = toMs(run.GetAdjustedRealTime(), run.time_unit);
-            else if (run.run_type == Run::RT_Iteration)
+                medians_[name + "@cpu"] = toMs(run.GetAdjustedCPUTime(), run.time_unit);
+            } else if (run.run_type == Run::RT_Iteration) {
                 samples_[name].push_back(toMs(run.GetAdjustedRealTime(), run.time_unit));
+                samples_[name + "@cpu"].push_back(toMs(run.GetAdjustedCPUTime(), run.time_unit));
+            }
         }
         ConsoleReporter::ReportRuns(runs);
     }
@@ -42,7 +45,9 @@ public:
         return v[v.size() / 2];
     }
 
-    // "<what>: <figure> ms, reference <name> <ms> ms, ratio <r> (target ...)".
+    // "<what>: <figure> ms, reference <name> <ms> ms, ratio <r> (target ...)",
+    // then the same for the CPU time of the benchmark's own thread (on a
+    // loaded machine the steadier of the two, where one thread does the work).
     void printRatio(const char* what, const std::string& name, const std::string& reference, const char* target) const
     {
         const double figure = median(name), base = median(reference);
@@ -52,6 +57,9 @@ public:
         }
         std::printf("%s: %.3f ms; reference %s %.3f ms; ratio %.2f (target %s)\n", what, figure, reference.c_str(),
                     base, figure / base, target);
+        const double cpu = median(name + "@cpu"), cpuBase = median(reference + "@cpu");
+        if (cpu >= 0 && cpuBase > 0)
+            std::printf("    thread CPU: %.3f ms; reference %.3f ms; ratio %.2f\n", cpu, cpuBase, cpu / cpuBase);
     }
 
 private:

@@ -1,10 +1,15 @@
 #include "maintenance/video_archive.h"
 
 #include <algorithm>
+#include <atomic>
+#include <chrono>
+#include <cstdio>
 #include <functional>
 #include <set>
-#include <cstdio>
+#include <string_view>
+#include <tuple>
 #include <system_error>
+#include <thread>
 #include <utility>
 
 #include "maintenance/local_time.h"
@@ -17,18 +22,21 @@ namespace {
 
 const std::string webm = ".webm";
 
-bool allDigits(const std::string& text)
+bool allDigits(std::string_view text)
 {
     return !text.empty() && std::all_of(text.begin(), text.end(), [](char c) { return c >= '0' && c <= '9'; });
 }
 
 // A field as a decimal number; false for anything but digits. Longer runs
 // than any valid field can hold fail as well, so nothing overflows.
-bool parseField(const std::string& text, std::uint32_t& value)
+bool parseField(std::string_view text, std::uint32_t& value)
 {
     if (!allDigits(text) || text.size() > 9)
         return false;
-    value = static_cast<std::uint32_t>(std::stoul(text));
+    std::uint32_t v = 0;
+    for (char c : text)
+        v = v * 10 + static_cast<std::uint32_t>(c - '0');
+    value = v;
     return true;
 }
 
@@ -100,13 +108,14 @@ VideoArchiveHooks withDefaults(VideoArchiveHooks hooks)
 
 bool parseVideoName(const std::string& name, std::uint64_t& timeKeyOut, std::string& streamFolderOut)
 {
-    if (name.size() <= 29 || name.compare(0, 12, "video_stream") != 0 || name[12] != '_')
+    const std::string_view text(name);
+    if (text.size() <= 29 || text.compare(0, 12, "video_stream") != 0 || text[12] != '_')
         return false;
     std::size_t start = 13;
-    std::size_t stop = name.find('_', start);
-    if (stop == std::string::npos)
+    std::size_t stop = text.find('_', start);
+    if (stop == std::string_view::npos)
         return false;
-    const std::string id = name.substr(start, stop - start);
+    const std::string_view id = text.substr(start, stop - start);
     if (!allDigits(id))
         return false;
 
@@ -114,14 +123,14 @@ bool parseVideoName(const std::string& name, std::uint64_t& timeKeyOut, std::str
     for (int i = 0; i < 6; ++i) {
         start = stop + 1;
         if (i < 5) {
-            stop = name.find('_', start);
+            stop = text.find('_', start);
         } else {
             // The last field ends at a "(" suffix, or else at the extension.
-            stop = name.find('(', start);
-            if (stop == std::string::npos)
-                stop = name.find('.', start);
+            stop = text.find('(', start);
+            if (stop == std::string_view::npos)
+                stop = text.find('.', start);
         }
-        if (stop == std::string::npos || !parseField(name.substr(start, stop - start), fields[i]))
+        if (stop == std::string_view::npos || !parseField(text.substr(start, stop - start), fields[i]))
             return false;
     }
     const std::uint32_t year = fields[0], month = fields[1], day = fields[2], hour = fields[3],
@@ -133,7 +142,7 @@ bool parseVideoName(const std::string& name, std::uint64_t& timeKeyOut, std::str
     for (std::uint32_t field : fields)
         key = key * 100 + field;
     timeKeyOut = key;
-    streamFolderOut = "stream" + id;
+    streamFolderOut.assign("stream").append(id);
     return true;
 }
 
@@ -158,43 +167,134 @@ std::vector<std::string> VideoArchive::dayFolders(std::time_t now)
     return names;
 }
 
-void VideoArchive::addFile(VideoStreamRecord& stream, const std::string& day, const fs::directory_entry& entry,
-                           const std::string& name, std::uint64_t timeKey)
+namespace {
+
+// Adds a parsed file at the end of a stream's day unless it is there
+// already; the bytes added (0 for none).
+std::uint64_t addToDay(VideoStreamRecord& stream, VideoDayRecord& record, const fs::directory_entry& entry,
+                       const std::string& name, std::uint64_t timeKey, bool& added)
 {
-    VideoDayRecord& record = stream.days[day];
-    if (record.names.contains(name))
-        return;
+    added = false;
+    if (record.namesMade && record.names.contains(name))
+        return 0;
     std::error_code ec;
     const std::uint64_t size = entry.file_size(ec);   // a plain file: no link to follow
     if (ec)
-        return;   // gone between the listing and the look at its size
+        return 0;   // gone between the listing and the look at its size
     record.files.push_back({entry.path(), timeKey, size});
-    record.names.insert(name);
+    if (record.namesMade)
+        record.names.insert(name);
     record.bytes += size;
     stream.bytes += size;
-    totalBytes_ += size;
+    added = true;
+    return size;
 }
+
+} // namespace
+
+bool VideoArchive::addFile(VideoStreamRecord& stream, VideoDayRecord& record, const fs::directory_entry& entry,
+                           const std::string& name, std::uint64_t timeKey)
+{
+    bool added = false;
+    totalBytes_ += addToDay(stream, record, entry, name, timeKey, added);
+    return added;
+}
+
+namespace {
+
+// A day's files by time key, equal keys in the order they came: the pass
+// takes each day's files from the front.
+void orderByTime(VideoDayRecord& day)
+{
+    std::stable_sort(day.files.begin(), day.files.end(),
+                     [](const VideoFileRecord& a, const VideoFileRecord& b) { return a.timeKey < b.timeKey; });
+}
+
+// The folder's last change (entries added, removed or renamed), false when
+// it can't be read.
+bool folderTime(const fs::path& folder, fs::file_time_type& time)
+{
+    std::error_code ec;
+    time = fs::last_write_time(folder, ec);
+    return !ec;
+}
+
+// Whether a listing made after seeing `time` saw everything up to `time`
+// for good: a change within the same tick of the clock as the listing would
+// leave the folder's time as it was, so a time this recent is not trusted.
+bool settled(fs::file_time_type time)
+{
+    return fs::file_time_type::clock::now() - time > std::chrono::seconds(2);
+}
+
+} // namespace
+
+namespace {
+
+// One stream folder's day folders and files into a record of its own.
+// False when it holds no video file (it then gets no record).
+bool scanStream(const fs::path& folder, VideoStreamRecord& stream)
+{
+    forEachEntry(folder, [&](const fs::directory_entry& dayFolder) {
+        if (!isFolder(dayFolder))
+            return;
+        const std::string day = dayFolder.path().filename().string();
+        fs::file_time_type before{};
+        const bool timed = folderTime(dayFolder.path(), before);
+        VideoDayRecord* record = nullptr;
+        forEachEntry(dayFolder.path(), [&](const fs::directory_entry& file) {
+            const std::string name = file.path().filename().string();
+            std::uint64_t key = 0;
+            if (!isVideoFile(file, name, key))
+                return;
+            if (!record) {
+                record = &stream.days[day];
+                record->namesMade = false;
+            }
+            bool added = false;
+            addToDay(stream, *record, file, name, key, added);
+        });
+        if (record) {
+            orderByTime(*record);
+            record->listedTime = before;
+            record->listedForGood = timed && settled(before);
+        }
+    });
+    return !stream.days.empty();
+}
+
+} // namespace
 
 void VideoArchive::fullScan()
 {
+    std::vector<fs::path> folders;
     forEachEntry(root_, [&](const fs::directory_entry& streamFolder) {
-        if (!isFolder(streamFolder))
-            return;
-        // Keyed by the folder, as the pass keys it, whatever ID the file
-        // names carry.
-        const std::string streamName = streamFolder.path().filename().string();
-        forEachEntry(streamFolder.path(), [&](const fs::directory_entry& dayFolder) {
-            if (!isFolder(dayFolder))
-                return;
-            const std::string day = dayFolder.path().filename().string();
-            forEachEntry(dayFolder.path(), [&](const fs::directory_entry& file) {
-                const std::string name = file.path().filename().string();
-                std::uint64_t key = 0;
-                if (isVideoFile(file, name, key))
-                    addFile(streams_[streamName], day, file, name, key);
-            });
-        });
+        if (isFolder(streamFolder))
+            folders.push_back(streamFolder.path());
     });
+    // The stream folders are read side by side (most of the time goes into
+    // asking the system for each file's size), each into a record of its
+    // own; the records join the index afterwards. Keyed by the folder, as
+    // the pass keys it, whatever ID the file names carry.
+    std::vector<VideoStreamRecord> records(folders.size());
+    std::vector<char> found(folders.size(), 0);
+    std::atomic<std::size_t> next{0};
+    const auto work = [&] {
+        for (std::size_t i = next++; i < folders.size(); i = next++)
+            found[i] = scanStream(folders[i], records[i]);
+    };
+    const unsigned helpers = std::min(std::max(std::thread::hardware_concurrency(), 1u), 4u) - 1;
+    std::vector<std::thread> threads;
+    for (unsigned i = 0; i < helpers && i + 1 < folders.size(); ++i)
+        threads.emplace_back(work);
+    work();
+    for (std::thread& thread : threads)
+        thread.join();
+    for (std::size_t i = 0; i < folders.size(); ++i)
+        if (found[i]) {
+            totalBytes_ += records[i].bytes;
+            streams_[folders[i].filename().string()] = std::move(records[i]);
+        }
 }
 
 void VideoArchive::enforceQuota()
@@ -215,12 +315,40 @@ void VideoArchive::enforceQuota()
         for (const std::string& day : days) {
             if (!isFolder(root_ / streamName / day))
                 continue;
-            forEachEntry(root_ / streamName / day, [&](const fs::directory_entry& file) {
+            const fs::path folder = root_ / streamName / day;
+            const auto known = stream.days.find(day);
+            // A folder unchanged since a listing that saw it for good holds
+            // nothing new: no entry was added, removed or renamed since.
+            fs::file_time_type before{};
+            const bool timed = folderTime(folder, before);
+            if (timed && known != stream.days.end() && known->second.listedForGood &&
+                known->second.listedTime == before)
+                continue;
+            VideoDayRecord* record = known != stream.days.end() ? &known->second : nullptr;
+            if (record && !record->namesMade) {
+                for (const VideoFileRecord& f : record->files)
+                    record->names.insert(f.path.filename().string());
+                record->namesMade = true;
+            }
+            bool added = false;
+            forEachEntry(folder, [&](const fs::directory_entry& file) {
                 const std::string name = file.path().filename().string();
+                // Most names of these days are indexed already: a look-up is all they cost.
+                if (record && record->names.contains(name))
+                    return;
                 std::uint64_t key = 0;
-                if (isVideoFile(file, name, key))
-                    addFile(stream, day, file, name, key);
+                if (!isVideoFile(file, name, key))
+                    return;
+                if (!record)
+                    record = &stream.days[day];
+                added = addFile(stream, *record, file, name, key) || added;
             });
+            if (record) {
+                if (added)
+                    orderByTime(*record);
+                record->listedTime = before;
+                record->listedForGood = timed && settled(before);
+            }
         }
     }
     if (totalBytes_ <= limitBytes_)
@@ -230,36 +358,49 @@ void VideoArchive::enforceQuota()
 
 bool VideoArchive::deleteOldest()
 {
-    struct Candidate {
+    // The candidates are ordered by time key, and equal keys by their place
+    // in the index walk (stream, day, place in the day). Each day's files
+    // are in that order already, so the oldest across all is the least of
+    // the days' first files: a heap of one entry per day gives the order
+    // one file at a time, and a pass usually needs only a few.
+    struct Day {
         const std::string* streamName;
         VideoStreamRecord* stream;
-        VideoDayRecord* day;
-        std::size_t index;
+        VideoDayRecord* record;
+        std::vector<bool> deleted;
     };
-    // The pair's second number is the candidate's place in the index walk:
-    // stable among equal time keys.
-    std::vector<std::pair<std::uint64_t, std::size_t>> order;
-    std::vector<Candidate> candidates;
+    struct Head {
+        std::uint64_t timeKey;
+        std::size_t day;     // place of the day in the walk
+        std::size_t index;   // place of the file in its day
+        bool operator>(const Head& o) const
+        {
+            return std::tie(timeKey, day, index) > std::tie(o.timeKey, o.day, o.index);
+        }
+    };
+    std::vector<Day> days;
+    std::vector<Head> heads;
     for (auto& [streamName, stream] : streams_)
-        for (auto& [dayName, day] : stream.days)
-            for (std::size_t i = 0; i < day.files.size(); ++i) {
-                order.emplace_back(day.files[i].timeKey, candidates.size());
-                candidates.push_back({&streamName, &stream, &day, i});
-            }
-    // Ascending by time key, equal keys by the second number. A heap gives
-    // the same order one at a time: a pass usually needs only a few.
-    const auto later = std::greater<std::pair<std::uint64_t, std::size_t>>();
-    std::make_heap(order.begin(), order.end(), later);
+        for (auto& [dayName, day] : stream.days) {
+            if (!day.files.empty())
+                heads.push_back({day.files.front().timeKey, days.size(), 0});
+            days.push_back({&streamName, &stream, &day, {}});
+        }
+    const auto later = std::greater<Head>();
+    std::make_heap(heads.begin(), heads.end(), later);
 
-    std::vector<bool> deleted(candidates.size(), false);
-    std::set<VideoDayRecord*> touchedDays;
     std::set<const std::string*> touchedStreams;
-    while (!order.empty() && totalBytes_ > limitBytes_) {
-        std::pop_heap(order.begin(), order.end(), later);
-        const std::size_t number = order.back().second;
-        order.pop_back();
-        const Candidate& c = candidates[number];
-        const VideoFileRecord& file = c.day->files[c.index];
+    bool any = false;
+    while (!heads.empty() && totalBytes_ > limitBytes_) {
+        std::pop_heap(heads.begin(), heads.end(), later);
+        const Head head = heads.back();
+        heads.pop_back();
+        Day& d = days[head.day];
+        if (head.index + 1 < d.record->files.size()) {
+            heads.push_back({d.record->files[head.index + 1].timeKey, head.day, head.index + 1});
+            std::push_heap(heads.begin(), heads.end(), later);
+        }
+        const VideoFileRecord& file = d.record->files[head.index];
         // A file the stream still writes refuses; it stays counted and
         // comes round again on a later pass. One removed by hand is missing:
         // it leaves the index and the totals as if deleted here, or it would
@@ -267,31 +408,31 @@ bool VideoArchive::deleteOldest()
         if (hooks_.deleteFile(file.path) == platform::FileDeleteResult::refused)
             continue;
         totalBytes_ -= file.size;
-        c.stream->bytes -= file.size;
-        c.day->bytes -= file.size;
-        deleted[number] = true;
-        touchedDays.insert(c.day);
-        touchedStreams.insert(c.streamName);
+        d.stream->bytes -= file.size;
+        d.record->bytes -= file.size;
+        d.deleted.resize(d.record->files.size(), false);
+        d.deleted[head.index] = true;
+        touchedStreams.insert(d.streamName);
+        any = true;
     }
-    if (touchedDays.empty())
+    if (!any)
         return false;
-    std::size_t number = 0;
-    for (auto& [streamName, stream] : streams_)
-        for (auto& [dayName, day] : stream.days) {
-            if (!touchedDays.contains(&day)) {
-                number += day.files.size();
-                continue;
+    for (Day& d : days) {
+        if (d.deleted.empty())
+            continue;
+        std::vector<VideoFileRecord> kept;
+        kept.reserve(d.record->files.size());
+        for (std::size_t i = 0; i < d.record->files.size(); ++i) {
+            VideoFileRecord& file = d.record->files[i];
+            if (d.deleted[i]) {
+                if (d.record->namesMade)
+                    d.record->names.erase(file.path.filename().string());
             }
-            std::vector<VideoFileRecord> kept;
-            kept.reserve(day.files.size());
-            for (VideoFileRecord& file : day.files) {
-                if (deleted[number++])
-                    day.names.erase(file.path.filename().string());
-                else
-                    kept.push_back(std::move(file));
-            }
-            day.files = std::move(kept);
+            else
+                kept.push_back(std::move(file));
         }
+        d.record->files = std::move(kept);
+    }
     sweepEmptyDays(touchedStreams);
     return true;
 }
@@ -303,7 +444,16 @@ void VideoArchive::sweepEmptyDays(const std::set<const std::string*>& streams)
             continue;
         std::vector<fs::path> empty;
         forEachEntry(root_ / streamName, [&](const fs::directory_entry& dayFolder) {
-            if (isFolder(dayFolder) && folderIsEmpty(dayFolder.path()))
+            if (!isFolder(dayFolder))
+                return;
+            // A folder unchanged since a settled listing still holds the
+            // files the index has of it: no need to open it.
+            const auto known = stream.days.find(dayFolder.path().filename().string());
+            fs::file_time_type time{};
+            if (known != stream.days.end() && !known->second.files.empty() && known->second.listedForGood &&
+                folderTime(dayFolder.path(), time) && time == known->second.listedTime)
+                return;
+            if (folderIsEmpty(dayFolder.path()))
                 empty.push_back(dayFolder.path());
         });
         for (const fs::path& folder : empty)

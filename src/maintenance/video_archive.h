@@ -33,9 +33,18 @@ struct VideoFileRecord {
 };
 
 struct VideoDayRecord {
-    std::vector<VideoFileRecord> files;
+    std::vector<VideoFileRecord> files;   // by time key; equal keys in the order they were found
     std::uint64_t bytes = 0;
-    std::unordered_set<std::string> names;   // the file names in `files`, for the "already indexed" test
+    // The file names in `files`, for the "already indexed" test; made when
+    // a pass first looks at the day (the full scan leaves them out, as one
+    // listing never holds a name twice).
+    std::unordered_set<std::string> names;
+    bool namesMade = true;
+    // The folder's time of change as it was before its last listing, and
+    // whether that listing saw it for good (the time wasn't too recent):
+    // then a pass that finds the same time need not list it again.
+    std::filesystem::file_time_type listedTime{};
+    bool listedForGood = false;
 };
 
 struct VideoStreamRecord {
@@ -78,8 +87,9 @@ public:
 
 private:
     void fullScan();
-    // Adds a parsed file to a stream's day unless it is there already.
-    void addFile(VideoStreamRecord& stream, const std::string& day, const std::filesystem::directory_entry& entry,
+    // Adds a parsed file at the end of a stream's day unless it is there
+    // already (the caller puts the day in order again); true when added.
+    bool addFile(VideoStreamRecord& stream, VideoDayRecord& day, const std::filesystem::directory_entry& entry,
                  const std::string& name, std::uint64_t timeKey);
     // Deletes oldest first while over the limit, then sweeps the day folders
     // of the streams it deleted from. True when anything went.

@@ -119,6 +119,18 @@ Picture decodePicture(std::span<const std::uint8_t> bytes)
     return firstFrame(factory.p, decoder.p, GUID_WICPixelFormat24bppBGR, 3);
 }
 
+// The decoder frame's scaling interface, which mingw-w64's wincodec.h
+// leaves out; declared as the platform documents it.
+struct IWicSourceTransform : public IUnknown {
+    virtual HRESULT STDMETHODCALLTYPE CopyPixels(const WICRect* rect, UINT width, UINT height,
+                                                 WICPixelFormatGUID* format, WICBitmapTransformOptions transform,
+                                                 UINT stride, UINT bufferSize, BYTE* buffer) = 0;
+    virtual HRESULT STDMETHODCALLTYPE GetClosestSize(UINT* width, UINT* height) = 0;
+    virtual HRESULT STDMETHODCALLTYPE GetClosestPixelFormat(WICPixelFormatGUID* format) = 0;
+    virtual HRESULT STDMETHODCALLTYPE DoesSupportTransform(WICBitmapTransformOptions transform, BOOL* supported) = 0;
+};
+const IID iidWicSourceTransform = {0x3b16811b, 0x6a43, 0x4ec9, {0xb7, 0x13, 0x3d, 0x5a, 0x0c, 0x13, 0xb9, 0x40}};
+
 // A JPEG decoder that offers the source transform scales in its DCT; one
 // that doesn't (or won't give three-channel pixels at that size) decodes
 // the whole picture instead.
@@ -134,12 +146,12 @@ Picture decodePictureFor(std::span<const std::uint8_t> bytes, int width, int hei
     ComPtr<IWICStream> stream;
     ComPtr<IWICBitmapDecoder> decoder;
     ComPtr<IWICBitmapFrameDecode> frame;
-    ComPtr<IWICBitmapSourceTransform> transform;
+    ComPtr<IWicSourceTransform> transform;
     if (FAILED(factory->CreateStream(stream.out())) ||
         FAILED(stream->InitializeFromMemory(const_cast<BYTE*>(bytes.data()), static_cast<DWORD>(bytes.size()))) ||
         FAILED(factory->CreateDecoderFromStream(stream.p, nullptr, WICDecodeMetadataCacheOnDemand, decoder.out())) ||
         FAILED(decoder->GetFrame(0, frame.out())) ||
-        FAILED(frame->QueryInterface(IID_IWICBitmapSourceTransform, reinterpret_cast<void**>(transform.out()))))
+        FAILED(frame->QueryInterface(iidWicSourceTransform, reinterpret_cast<void**>(transform.out()))))
         return decodePicture(bytes);
     UINT scaledWidth = static_cast<UINT>((fullWidth + factor - 1) / factor);
     UINT scaledHeight = static_cast<UINT>((fullHeight + factor - 1) / factor);
