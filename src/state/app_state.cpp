@@ -79,4 +79,9 @@ std::string narrowPath(const std::filesystem::path& path)
     return config::utf8ToCp1251(path.string());
 }
 
+std::filesystem::path installPathOf(const std::string& utf8)
+{
+    return std::filesystem::path(std::u8string(utf8.begin(), utf8.end()));
+}
+
 } // namespace vx::core

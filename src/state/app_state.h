@@ -65,7 +65,7 @@ struct AppState {
     std::filesystem::path baseDirectory;   // the executable's folder, also the working directory
     std::string versionText;
     std::string ConfigDirectory;           // Windows-1251, baseDirectory + separator + "configs"
-    std::string previousInstallPath;
+    std::string previousInstallPath;       // UTF-8, as path::string() gives it; see installPathOf
     bool migrateFolders = false;
 
     config::MainConfig liveMainConfig;     // the copy the manager works on and dialogs edit
@@ -114,5 +114,10 @@ AppState& appState();
 
 // Narrow (Windows-1251) text of a path, for building config paths.
 std::string narrowPath(const std::filesystem::path& path);
+
+// The folder previousInstallPath names. Built from UTF-8 code units: a
+// path made from a plain string takes it in the ANSI code page on Windows,
+// which turns a Cyrillic folder into question marks.
+std::filesystem::path installPathOf(const std::string& utf8);
 
 } // namespace vx::core

@@ -33,7 +33,7 @@ void offerSettingsMigration(QWidget* parent, core::AppState& state)
     if (state.previousInstallPath.empty())
         return;
     QtMessages messages(parent);
-    dialogs::SettingsMigrationForm form(std::filesystem::path(state.previousInstallPath), state.baseDirectory,
+    dialogs::SettingsMigrationForm form(core::installPathOf(state.previousInstallPath), state.baseDirectory,
                                         messages);
     SettingsMigrationWindow window(form, parent);
     if (window.run() == QDialog::Accepted)

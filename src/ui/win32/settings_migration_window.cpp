@@ -14,7 +14,7 @@ void offerSettingsMigration(HWND owner, core::AppState& state)
     if (state.previousInstallPath.empty())
         return;
     Win32Messages messages(owner);
-    dialogs::SettingsMigrationForm form(std::filesystem::path(state.previousInstallPath), state.baseDirectory,
+    dialogs::SettingsMigrationForm form(core::installPathOf(state.previousInstallPath), state.baseDirectory,
                                         messages);
     FormDialog dialog;
     dialog.resource = IDD_SETTINGS_MIGRATION;
