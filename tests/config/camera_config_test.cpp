@@ -34,29 +34,6 @@ protected:
     std::string errors_;
 };
 
-// The bytes written are the golden vx_stream7.json (and a fresh record's,
-// but for three fields, vx_stream1.json); here what the reader makes of them.
-TEST_F(CameraConfigFile, AllFieldsAwayFromDefaultsRoundTripByteForByte)
-{
-    // The ports come from the services (4000, 4001), not from the record.
-    EXPECT_EQ(cameraFileName(12), "vx_stream12.json");
-    saveCamera(path(), awayFromDefaults(), 4000, 4001);
-    const std::string first = readText(file());
-
-    CameraConfig back;
-    test::CapturedStderr err;
-    ASSERT_TRUE(loadCamera(path(), back, 300));
-    EXPECT_EQ(err.text(), "");
-    EXPECT_EQ(back.common.videoName, utf8ToCp1251("Въезд 1"));
-    EXPECT_EQ(back.common.videoPath, "C:\\video\\gate.mp4");
-    EXPECT_EQ(back.control.Control[2].signal.body, awayBody);
-    EXPECT_EQ(back.recognition.portServer, 4000);
-    EXPECT_EQ(back.control.ControlPortServer, 4001);
-    EXPECT_EQ(back.control.timeReportEnd.second, 59);
-    saveCamera(path(), back, 4000, 4001);
-    EXPECT_EQ(readText(file()), first);
-}
-
 TEST_F(CameraConfigFile, DocumentedLossesOfASaveAndLoad)
 {
     CameraConfig config;

@@ -58,31 +58,11 @@ TEST_F(ConfigFile, WritesTheExactBytes) {
     EXPECT_EQ(err.text(), "");
 }
 
-TEST_F(ConfigFile, RewriteTruncates) {
-    const std::string path = pathOf("vx_mess_config.json");
-    writeConfigFile(messengersConfigMutexName, path, std::string(500, 'x'));
-    writeConfigFile(messengersConfigMutexName, path, "{\n}");
-    EXPECT_EQ(readBytes(folder_.path() / "vx_mess_config.json"), "{\n}");
-}
-
 TEST_F(ConfigFile, FileNamedIn1251LandsUnderItsUtf8Name) {
     // "Список" in 1251.
     const std::string path = pathOf("\xD1\xEF\xE8\xF1\xEE\xEA.list.json");
     EXPECT_TRUE(writeConfigFile("", path, "{}"));
     EXPECT_EQ(readBytes(folder_.path() / u8"Список.list.json"), "{}");
-}
-
-TEST_F(ConfigFile, FirstSaveOfTheMainConfigReportsTheCopyAndWrites) {
-    const std::string path = pathOf("vx_main_config.json");
-    CapturedStderr err;
-    EXPECT_TRUE(writeConfigFile(mainConfigMutexName, path, "first", SafetyCopy::keepPrevious));
-    const std::string message = err.text();
-    const std::string prefix = "Failed to copy main config file: ";
-    ASSERT_EQ(message.compare(0, prefix.size(), prefix), 0) << message;
-    EXPECT_GT(message.size(), prefix.size() + 1) << "no error text";
-    EXPECT_EQ(message.back(), '\n');
-    EXPECT_EQ(message.find('\n'), message.size() - 1) << "one line only";
-    EXPECT_EQ(readBytes(folder_.path() / "vx_main_config.json"), "first");
 }
 
 TEST_F(ConfigFile, SafetyCopyHoldsThePreviousSave) {
@@ -132,41 +112,6 @@ TEST_F(ConfigFile, ReadHandsOverTheDocumentUnderTheLock) {
     EXPECT_TRUE(lockedDuringTake);
     EXPECT_TRUE(freeForOtherThreads(cameraConfigMutexName));
     EXPECT_EQ(err.text(), "");
-}
-
-TEST_F(ConfigFile, TruncatedFileGivesTheParseErrorWithTheBytePosition) {
-    const std::string text = "{\n\t\"version\":1,\n";   // 16 bytes, cut after a comma
-    writeBytes(folder_.path() / "vx_main_config.json", text);
-    CapturedStderr err;
-    const ReadOutcome outcome = readConfigFile(
-        {mainConfigMutexName, pathOf("vx_main_config.json"), "loadConfig"},
-        [](nlohmann::json&) { FAIL(); });
-    EXPECT_EQ(outcome, ReadOutcome::parseError);
-    // The parser counts the end of the input as one byte past the text.
-    EXPECT_EQ(err.text(), "[VX2S] loadConfig parse error at byte 17\n");
-    EXPECT_EQ(readBytes(folder_.path() / "vx_main_config.json"), text) << "not rewritten";
-    EXPECT_TRUE(freeForOtherThreads(mainConfigMutexName));
-}
-
-TEST_F(ConfigFile, WrongTypeGivesTheTypeErrorAndKeepsWhatWasTaken) {
-    writeBytes(folder_.path() / "vx_main_config.json",
-               "{\n\t\"port\":8080,\n\t\"name\":5,\n\t\"last\":\"x\"\n}");
-    int port = 0;
-    std::string name = "before", last = "before";
-    CapturedStderr err;
-    const ReadOutcome outcome = readConfigFile(
-        {mainConfigMutexName, pathOf("vx_main_config.json"), "loadConfig"},
-        [&](nlohmann::json& j) {
-            port = j.value("port", 0);
-            name = j.value("name", std::string());
-            last = j.value("last", std::string());
-        });
-    EXPECT_EQ(outcome, ReadOutcome::typeError);
-    EXPECT_EQ(err.text(), "[VX2S] loadConfig parse error type \n");
-    EXPECT_EQ(port, 8080);
-    EXPECT_EQ(name, "before");
-    EXPECT_EQ(last, "before");
-    EXPECT_TRUE(freeForOtherThreads(mainConfigMutexName));
 }
 
 TEST_F(ConfigFile, OtherFailuresWhileTakingAreReportedAsTypeErrors) {

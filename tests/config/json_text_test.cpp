@@ -1,7 +1,6 @@
 #include "config/json_text.h"
 
 #include <gtest/gtest.h>
-#include <nlohmann/json.hpp>
 
 namespace vx::config {
 namespace {
@@ -46,19 +45,6 @@ TEST(JsonText, UnescapeTable) {
     };
     for (const auto& [text, unescaped] : cases)
         EXPECT_EQ(unescapeJsonText(text), unescaped) << text;
-}
-
-TEST(JsonText, BodyThroughAFileAndTheParser) {
-    // A writer puts escapeJsonText(body) in quotes; the parser undoes that
-    // level, and the reader then applies unescapeJsonText once more.
-    auto throughFile = [](const std::string& body) {
-        const std::string file = "{\"body\":\"" + escapeJsonText(body) + "\"}";
-        return unescapeJsonText(nlohmann::json::parse(file)["body"].get<std::string>());
-    };
-    EXPECT_EQ(throughFile("{\"plate\":\"A123\"}\r\n\t\x01"), "{\"plate\":\"A123\"}\r\n\t\x01");
-    // A backslash sequence typed into the body is undone by the second pass.
-    EXPECT_EQ(throughFile("a\\nb"), "a\nb");
-    EXPECT_EQ(throughFile("\\u0041"), "\\u0041");
 }
 
 } // namespace

@@ -63,27 +63,6 @@ TEST(WhiteListEntries, AddGivesTheLargestIdPlusOneAndRefusesARepeatedPlate) {
     EXPECT_EQ(addListRow(table, -1, plate("C")), listRowNoList);
 }
 
-TEST(WhiteListEntries, EditKeepsTheIdTestsNothingAndDirties) {
-    WhiteListTable table = threeLists();
-    addListRow(table, 1, plate("A1"));
-    addListRow(table, 1, plate("A2"));
-    table.lists[1].dirty = false;
-    WhiteListEntry edited = plate("A1");
-    edited.ID = 99;
-    edited.car = "car";
-    edited.time1 = "2024-03-01 08:05:00";
-    EXPECT_TRUE(replaceListRow(table, 1, 1, edited));
-    ASSERT_NE(findListRow(table.lists[1], 1), nullptr);
-    EXPECT_EQ(findListRow(table.lists[1], 1)->num, "A1");   // two rows with one plate now
-    EXPECT_EQ(findListRow(table.lists[1], 1)->car, "car");
-    EXPECT_EQ(idsOf(table.lists[1]), (std::vector<std::int32_t>{0, 1}));
-    EXPECT_TRUE(table.lists[1].dirty);   // else the next opening loses the edit
-    table.lists[1].dirty = false;
-    EXPECT_FALSE(replaceListRow(table, 1, 5, edited));
-    EXPECT_FALSE(table.lists[1].dirty);
-    EXPECT_EQ(findListRow(table.lists[1], 5), nullptr);
-}
-
 TEST(WhiteListEntries, DeleteByIdInAPlainListByPositionInAnExtendedOne) {
     WhiteListTable table = threeLists();
     addListRow(table, 1, plate("A1"));
@@ -130,15 +109,6 @@ TEST(WhiteListEntries, NestedListsAreResolvedOnEveryChange) {
     EXPECT_EQ(table.lists[2].lists[1].name, "Empty");
     EXPECT_FALSE(replaceNestedList(table, 2, 2, nested));
     EXPECT_FALSE(replaceNestedList(table, 1, 0, nested));
-}
-
-TEST(WhiteListEntries, Kinds) {
-    WhiteList list;
-    EXPECT_EQ(whiteListKind(list), plainListKind);
-    list.oneTime = true;
-    EXPECT_EQ(whiteListKind(list), oneTimeListKind);
-    list.extended = true;
-    EXPECT_EQ(whiteListKind(list), extendedListKind);
 }
 
 struct DayCase {

@@ -29,16 +29,6 @@ WhiteListEntry row(std::int32_t id, const std::string& num, const std::string& c
     return entry;
 }
 
-NestedList nested(const std::string& file, const std::string& days, const std::string& time1,
-                  const std::string& time2) {
-    NestedList list;
-    list.file = file;
-    list.permitted_access_days = days;
-    list.permitted_access_time1 = time1;
-    list.permitted_access_time2 = time2;
-    return list;
-}
-
 // A table of one list bearing `file`.
 WhiteListTable tableWith(const std::string& file) {
     WhiteListTable table;
@@ -73,60 +63,6 @@ TEST(WhiteListText, OneTimeRowsCarryTheirTimesUnconverted) {
     EXPECT_EQ(whiteListText(list),
               "ID,num,car,add,time1,time2\n"
               "4,A1,Газель,x,\xC0,2024-03-02 18:00:00,\n");
-}
-
-// ---- round trips ----
-
-TEST(WhiteListFile, PlainAndOneTimeListsKeepEveryRow) {
-    ConfigFolder folder;
-    for (bool oneTime : {false, true}) {
-        WhiteListTable table = tableWith("a.list.csv");
-        WhiteList& list = table.lists[0];
-        list.oneTime = oneTime;
-        list.dirty = true;
-        for (int i = 0; i < 50; ++i)
-            list.entries.push_back(row(i * 3 - 7 == -1 ? 1000 : i * 3 - 7,
-                                       utf8ToCp1251("Р") + std::to_string(i) + "*[|]",
-                                       utf8ToCp1251("Марка ") + std::to_string(i), "\"q\" ё",
-                                       oneTime ? "2024-03-01 08:05:00" : "",
-                                       oneTime ? "2025-12-31 23:59:59" : ""));
-        ASSERT_TRUE(saveWhiteList(table, folder.dir(), 0));
-        EXPECT_FALSE(list.dirty);
-
-        WhiteListTable reread = tableWith("a.list.csv");
-        ASSERT_EQ(loadWhiteList(reread, folder.dir(), 0), whiteListRead);
-        EXPECT_EQ(reread.lists[0].oneTime, oneTime);
-        EXPECT_EQ(rowTexts(reread.lists[0]), rowTexts(list));
-        if (oneTime) {
-            EXPECT_EQ(reread.lists[0].entries[1].time2Parsed.year, 2025);
-        }
-        // The file written back is the file read.
-        const std::string first = folder.bytes("a.list.csv");
-        saveWhiteList(reread, folder.dir(), 0);
-        EXPECT_EQ(folder.bytes("a.list.csv"), first);
-    }
-}
-
-// The day rules are the day rule table's; here the times of a nested list
-// as read, a 24 not range-checked, and the same text written back.
-TEST(WhiteListFile, ExtendedListKeepsEveryNestedList) {
-    ConfigFolder folder;
-    WhiteListTable table = tableWith("x.list.json");
-    table.lists[0].extended = true;
-    table.lists[0].lists = {nested(utf8ToCp1251("двор.list.csv"), "1, 3,5", "08:05:00", "24:00:00")};
-    saveWhiteList(table, folder.dir(), 0);
-
-    WhiteListTable reread = tableWith("x.list.json");
-    loadExtendedWhiteList(reread, folder.dir(), 0);
-    const WhiteList& list = reread.lists[0];
-    ASSERT_TRUE(list.extended);
-    ASSERT_EQ(list.lists.size(), 1u);
-    EXPECT_EQ(list.lists[0].file, utf8ToCp1251("двор.list.csv"));
-    EXPECT_EQ(list.lists[0].dayKind, weekDays);
-    EXPECT_EQ(list.lists[0].time1.hour, 8);
-    EXPECT_EQ(list.lists[0].time1.minute, 5);
-    EXPECT_EQ(list.lists[0].time2.hour, 24);
-    EXPECT_EQ(extendedWhiteListText(list), extendedWhiteListText(table.lists[0]));
 }
 
 // ---- the CSV reader on bad input ----

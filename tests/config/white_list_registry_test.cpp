@@ -186,20 +186,6 @@ TEST(WhiteListRegistry, ReaderTable) {
     }
 }
 
-TEST(WhiteListRegistry, ABadRowCostsThatRowAloneAndTheOtherListsStillLoad) {
-    ConfigFolder folder;
-    folder.put("vx_stream_config_whitelists.json",
-               registryOf({{"Empty", "empty.list.csv"}, {"Bad", "b.list.csv"}, {"Good", "g.list.csv"}}));
-    folder.put("b.list.csv", "ID,num,car,add\n0,A,,,\nx,B,,,\n");
-    folder.put("g.list.csv", "ID,num,car,add\n0,C,,,\n");
-    WhiteListTable table;
-    CapturedStderr err;
-    loadAllWhiteLists(table, folder.dir());
-    EXPECT_EQ(table.lists[1].entries.size(), 1u);
-    EXPECT_EQ(table.lists[2].entries.size(), 1u);
-    EXPECT_EQ(err.text(), "[VX2S] loadWhiteList skips line 3 of b.list.csv: invalid stoi argument\n");
-}
-
 TEST(WhiteListRegistry, AddWritesTheListAndTheRegistry) {
     ConfigFolder folder;
     WhiteListTable table;
@@ -236,44 +222,6 @@ TEST(WhiteListRegistry, AddWritesTheListAndTheRegistry) {
     EXPECT_TRUE(reread.lists[2].oneTime);
     EXPECT_TRUE(reread.lists[3].extended);
     EXPECT_EQ(addWhiteList(reread, folder.dir(), utf8ToCp1251("Двор \"1\""), plainListKind), whiteListNameExists);
-}
-
-TEST(WhiteListRegistry, AnyNameSurvivesSaveLoadSave) {
-    ConfigFolder folder;
-    WhiteListTable table;
-    loadAllWhiteLists(table, folder.dir());
-    const std::string name = utf8ToCp1251("Ворота \"Север\" C:\\gate\\ 1\t/ ё");
-    ASSERT_EQ(addWhiteList(table, folder.dir(), name, plainListKind), whiteListAdded);
-    const std::string first = folder.bytes("vx_stream_config_whitelists.json");
-    for (int round = 0; round < 2; ++round) {
-        WhiteListTable reread;
-        CapturedStderr err;
-        loadAllWhiteLists(reread, folder.dir());
-        ASSERT_EQ(reread.lists.size(), 2u);
-        EXPECT_EQ(reread.lists[1].name, table.lists[1].name);
-        EXPECT_EQ(err.text(), "");
-        ASSERT_TRUE(saveWhiteListsList(reread, folder.dir()));
-        EXPECT_EQ(folder.bytes("vx_stream_config_whitelists.json"), first);
-    }
-    EXPECT_TRUE(brokenCopies(folder).empty());
-}
-
-TEST(WhiteListRegistry, AddRefusesPastItsLimits) {
-    ConfigFolder folder;
-    WhiteListTable table;
-    table.lists.resize(maxWhiteLists);
-    EXPECT_EQ(addWhiteList(table, folder.dir(), "new", plainListKind), tooManyWhiteLists);
-
-    table.lists.resize(1);
-    for (int n = 1; n <= 1000; ++n) folder.put("list" + std::to_string(n) + ".list.csv", "");
-    EXPECT_EQ(addWhiteList(table, folder.dir(), "new", plainListKind), noFreeWhiteListFile);
-    EXPECT_EQ(table.lists.size(), 1u);
-    // The next try goes on from where the counter stood, past the taken names.
-    EXPECT_EQ(addWhiteList(table, folder.dir(), "new", plainListKind), whiteListAdded);
-    EXPECT_EQ(table.lists[1].file, "list1001.list.csv");
-    // An extended list looks for its own extension.
-    table.fileCounter = 1;
-    EXPECT_EQ(findFreeWhiteListFile(table, folder.dir(), ".list.json"), "list1.list.json");
 }
 
 TEST(WhiteListRegistry, DeleteRemovesFromTableRegistryAndDisk) {

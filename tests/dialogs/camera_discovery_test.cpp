@@ -1,33 +1,26 @@
-// Camera discovery in the manager: the parsers with their error lines, the
-// credential rules, the link call's steps and the two forms.
+// Camera discovery in the manager: the parsers' error lines, the credential
+// rules, the ways a link call ends without a link, the link form and the
+// messages of the whole flow.
 #include <gtest/gtest.h>
 
-#include "config/text_codec.h"
 #include "dialogs/camera_discovery.h"
 #include "dialogs/camera_discovery_flow.h"
 #include "dialogs/camera_link_form.h"
-#include "dialogs/camera_scan_form.h"
 #include "platform/paths.h"
 #include "support/captured_stderr.h"
 
 namespace vx::dialogs {
 namespace {
 
-using config::utf8ToCp1251;
-
 // The tool's image name on this platform (".exe" on Windows).
 std::string tool() { return std::string("get_rtsp_onvif") + platform::executableSuffix; }
 
+// What a good answer gives is seen end to end with the real tool; here the
+// faults and their lines.
 TEST(CameraDiscovery, ParseCamerasKeepsWhatWasReadBeforeAFault)
 {
     test::CapturedStderr err;
-    auto cameras = parseCameras(R"({"cameras":[{"ip":"10.0.0.1","name":"Въезд 1"},{"ip":"10.0.0.2","name":""}]})");
-    ASSERT_EQ(cameras.size(), 2u);
-    EXPECT_EQ(cameras[0].name, utf8ToCp1251("Въезд 1"));
-    EXPECT_EQ(cameraItemText(cameras[0]), utf8ToCp1251("10.0.0.1 Въезд 1"));
-    EXPECT_EQ(err.text(), "");
-
-    cameras = parseCameras(R"({"cameras":[{"ip":"10.0.0.1","name":"a"},{"ip":5,"name":"b"},{"ip":"x","name":"c"}]})");
+    auto cameras = parseCameras(R"({"cameras":[{"ip":"10.0.0.1","name":"a"},{"ip":5,"name":"b"},{"ip":"x","name":"c"}]})");
     ASSERT_EQ(cameras.size(), 1u);
     EXPECT_EQ(err.text(), "[VX2S] parseCameras parse error type \n");
 
@@ -86,20 +79,18 @@ struct ScriptedTool {
     }
 };
 
+// A good call is seen end to end with the real tool, and the window tests
+// drive the link form through a failure and a success; here the ways a call
+// ends without a link.
 TEST(CameraDiscovery, LinkCallSteps)
 {
     ScriptedTool tool;
     std::atomic<bool> cancelled = false;
     tool.output = {true, R"({"rtsp":"rtsp://u:p@10.0.0.5/live"})"};
-    LinkOutcome outcome = runLinkCall({"10.0.0.5 Gate  East", "admin", "a b"}, tool.call(), cancelled);
-    EXPECT_EQ(outcome.end, DiscoveryEnd::ok);
-    EXPECT_EQ(outcome.link, "rtsp://admin:a b@10.0.0.5/live");
-    EXPECT_EQ(tool.commandLines.back(), dialogs::tool() + " -rtsp 10.0.0.5 admin a b");
-
     EXPECT_EQ(runLinkCall({std::nullopt, "a", "b"}, tool.call(), cancelled).end, DiscoveryEnd::cancel);
     EXPECT_EQ(runLinkCall({"noblank", "a", "b"}, tool.call(), cancelled).end, DiscoveryEnd::cancel);
     EXPECT_EQ(runLinkCall({"", "a", "b"}, tool.call(), cancelled).end, DiscoveryEnd::cancel);
-    EXPECT_EQ(tool.commandLines.size(), 1u);
+    EXPECT_TRUE(tool.commandLines.empty());
 
     test::CapturedStderr err;
     for (const char* text : {"", "{}", "not json"}) {
@@ -113,7 +104,7 @@ TEST(CameraDiscovery, LinkCallSteps)
     EXPECT_EQ(runLinkCall({"10.0.0.5 x", "a", "b"}, tool.call(), cancelled).end, DiscoveryEnd::cancel);
 }
 
-TEST(CameraDiscovery, LinkFormButtonsBarAndFailure)
+TEST(CameraDiscovery, LinkFormRequestAndCancel)
 {
     ScriptedMessages messages;
     CameraLinkForm form({{"A", "10.0.0.1"}, {"B", "10.0.0.2"}}, messages);
@@ -121,56 +112,20 @@ TEST(CameraDiscovery, LinkFormButtonsBarAndFailure)
     form.startCall = [&](const LinkRequest& r) { started.push_back(r); };
     form.fill();
     EXPECT_EQ(form.cameras.items, (std::vector<std::string>{"10.0.0.1 A", "10.0.0.2 B"}));
-    EXPECT_EQ(form.cameras.selected, 0);
-    EXPECT_EQ(form.login.text, "admin");
     EXPECT_EQ(form.password.text, "admin");
-    EXPECT_FALSE(form.barMoving);
-
     form.cameras.select(1);
     form.password.type("secret");
     EXPECT_FALSE(form.accept());
     ASSERT_EQ(started.size(), 1u);
     EXPECT_EQ(started[0].item, "10.0.0.2 B");
     EXPECT_EQ(started[0].password, "secret");
-    EXPECT_TRUE(form.barMoving);
-    EXPECT_FALSE(form.ok.enabled || form.cancelButton.enabled);
     EXPECT_FALSE(form.cancel());   // no cancel while the call runs
-
-    form.finish({DiscoveryEnd::open, {}});
-    ASSERT_EQ(messages.shown.size(), 1u);
-    EXPECT_EQ(messages.shown[0].text, noLinkText());
-    EXPECT_EQ(messages.shown[0].title, messageTitle());
-    EXPECT_TRUE(form.ok.enabled && form.cancelButton.enabled);
-    EXPECT_FALSE(form.barMoving);
-    EXPECT_EQ(form.end(), DiscoveryEnd::open);
-
-    form.accept();
-    form.finish({DiscoveryEnd::ok, "rtsp://l"});
-    EXPECT_EQ(form.end(), DiscoveryEnd::ok);
-    EXPECT_EQ(form.link(), "rtsp://l");
 
     CameraLinkForm other({{"A", "1"}}, messages);
     other.fill();
     EXPECT_TRUE(other.cancel());
     EXPECT_TRUE(*other.cancelFlag());
     EXPECT_EQ(other.end(), DiscoveryEnd::cancel);
-}
-
-TEST(CameraDiscovery, ScanFormDiscardsWhatACancelledCallRead)
-{
-    ScriptedTool tool;
-    tool.output = {true, "{\"cameras\":[]}"};
-    std::atomic<bool> cancelled = false;
-    EXPECT_EQ(runScanCall(tool.call(), cancelled).output, "{\"cameras\":[]}");
-    tool.output.started = false;
-    EXPECT_EQ(runScanCall(tool.call(), cancelled).end, DiscoveryEnd::cancel);
-
-    CameraScanForm form;
-    form.pressCancel();
-    EXPECT_TRUE(*form.cancelFlag());
-    form.finish({DiscoveryEnd::ok, "late"});
-    EXPECT_EQ(form.end(), DiscoveryEnd::cancel);
-    EXPECT_EQ(form.output(), "");
 }
 
 TEST(CameraDiscovery, FlowMessages)

@@ -38,25 +38,6 @@ TEST_F(RecognitionForm, FillShowsTheRecordAndLocksTheCount)
     EXPECT_TRUE(form.turn.checked);
 }
 
-TEST_F(RecognitionForm, ReadBackParsesEachFieldByItself)
-{
-    form.countries[9].click();
-    form.port.type("");
-    form.minWidth.type("77");
-    form.confPerson.type("abc");
-    form.confVehicle.type("0,5");
-    form.models.selected = -1;
-    form.debugConsole.click();
-    const config::RecognitionSrvConfig r = form.readBack();
-    EXPECT_TRUE(r.templates[9]);
-    EXPECT_EQ(r.port, -1);
-    EXPECT_EQ(r.minPlateWidth, 77);
-    EXPECT_FLOAT_EQ(r.detectConfPerson, -1.0f);
-    EXPECT_FLOAT_EQ(r.detectConfVehicle, 0.5f);
-    EXPECT_EQ(r.modeConfig, 1);   // nothing selected keeps 1
-    EXPECT_EQ(r.mode, 1);
-}
-
 TEST_F(RecognitionForm, ConfidenceIsTestedFirstAndTakesZeroAndOne)
 {
     form.confThresh.type("abc");

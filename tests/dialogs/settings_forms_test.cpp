@@ -149,19 +149,6 @@ TEST_F(SettingsTest, AFolderPickGoesIntoTheRecordAtOnceAndStartsFromTheRecord)
     EXPECT_EQ(record.reportsPath, "");
 }
 
-TEST(ProcessControl, TheSwitchIsStoredOnOk)
-{
-    config::MainConfig record;
-    ScriptedMessages messages;
-    ProcessControlForm form(record, messages);
-    form.fill();
-    EXPECT_FALSE(form.globalRestart.checked);
-    form.globalRestart.click();
-    EXPECT_FALSE(record.globalRestart);
-    EXPECT_TRUE(form.accept());
-    EXPECT_TRUE(record.globalRestart);
-}
-
 TEST(MessengerChannel, TheTypeShowsItsFieldsAndHiddenOnesAreStillRead)
 {
     config::MessengerChannel record;

@@ -59,16 +59,6 @@ TEST_F(LogArchive, NothingToKeep)
     EXPECT_FALSE(fs::exists(archive()));
 }
 
-TEST_F(LogArchive, AFileWithoutAStampIsNamedByItsLastWrite)
-{
-    writeFileBytes(log(), "no stamp here\n");
-    const fs::path kept = archiveLogFile(log());
-    const std::string name = kept.filename().string();
-    EXPECT_EQ(name.size(), std::string("VexlaneLog_2024-04-30_08-01-02_arj.txt").size()) << name;
-    EXPECT_EQ(name.rfind("VexlaneLog_", 0), 0u);
-    EXPECT_EQ(readFileBytes(kept), "no stamp here\n");
-}
-
 // Sets a file's last write to `secondsAgo` before now.
 void writtenAgo(const fs::path& file, std::int64_t secondsAgo)
 {

@@ -41,21 +41,6 @@ protected:
     test::TempDir dir_;
 };
 
-// The text goes out byte for byte (1251 as it stands).
-TEST_F(LogFile, LineFormatOfBothPaths)
-{
-    const std::string cp1251 = "\xCE\xF8\xE8\xE1\xEA\xE0 \xB8\xA8\x98\xFF";   // "Ошибка ёЁ", 0x98, "я"
-    {
-        LogBuffer log(path(), LogMode::appendQuiet, clock());
-        log.writeLine("plain");
-        log.log(logError, cp1251);
-        std::ostream err(&log);
-        err << "[VX2S] loadConfig parse error at byte " << 12 << std::endl;
-    }
-    EXPECT_EQ(readFileBytes(path()), stamp + "plain\r\n" + stamp + "[ERROR]" + cp1251 + "\r\n" + stamp +
-                                         " [VX2S] loadConfig parse error at byte 12\r\n");
-}
-
 TEST_F(LogFile, TheFourModes)
 {
     struct Case {
