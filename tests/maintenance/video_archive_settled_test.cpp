@@ -32,11 +32,22 @@ fs::file_time_type age(const fs::path& folder)
     return old;
 }
 
+// Whether this system lets a folder's time be set (Windows' library call
+// opens folders without the flag they need for it).
+bool folderTimesCanBeSet(const fs::path& folder)
+{
+    std::error_code ec;
+    fs::last_write_time(folder, fs::last_write_time(folder, ec), ec);
+    return !ec;
+}
+
 TEST(VideoArchiveSettled, UnchangedFoldersAreSkippedAndChangedOnesListed)
 {
     vx::test::TempDir dir;
     const fs::path today = dir.path() / "stream1" / VideoArchive::dayFolders(fixedNow)[1];
     makeFile(today, "video_stream_1_2024_05_15_10_00_00.webm");
+    if (!folderTimesCanBeSet(today))
+        GTEST_SKIP() << "a folder's time can't be set here";
     age(today);
     std::vector<std::string> deleted;
     VideoArchiveHooks hooks;
