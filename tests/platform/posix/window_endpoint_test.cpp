@@ -15,24 +15,7 @@ using namespace vx::test;
 using namespace std::chrono_literals;
 using Clock = std::chrono::steady_clock;
 
-namespace {
-
 constexpr int kWaitMs = 10000;
-
-CopyDataMessage makeMessage(std::uint64_t dwData, const std::string& text)
-{
-    CopyDataMessage message;
-    message.dwData = dwData;
-    message.payload.assign(text.begin(), text.end());
-    return message;
-}
-
-long long millisecondsSince(Clock::time_point start)
-{
-    return std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - start).count();
-}
-
-} // namespace
 
 TEST(WindowEndpoint, IsFoundByClassAndTitleAndGoesAwayWithItsOwner)
 {
