@@ -1,6 +1,5 @@
 // The settings commands: the order of saving, the requests and the status
-// texts, with the dialogs answered by the test. The service restarts run
-// against the real stand-ins of build/bin/ in a throw-away installation.
+// texts, with the dialogs answered by the test.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -218,79 +217,4 @@ TEST_F(SettingsCommands, AFailedSaveIsShownAndNothingActsOnIt)
     EXPECT_NE(state.recognitionConfig.port, 4444);
     EXPECT_NE(state.controlConfig.port, 5555);
     EXPECT_NE(state.messengersConfig.port, 6666);
-}
-
-// The recognition service on its old port; the dialog gives it a new one.
-TEST(SettingsCommandsProcesses, ANewRecognitionPortRestartsTheServiceThereAndRewritesTheStreams)
-{
-    test::RuntimeSandbox sandbox;
-    test::CapturedStderr quiet;
-    test::Installation install;
-    std::filesystem::create_directories(install.configs());
-    std::filesystem::create_directories(install.logs());
-    AppState state;
-    state.baseDirectory = install.folder();
-    state.ConfigDirectory = install.configs().string();
-    state.liveMainConfig.systemLogPath = install.logs().string();
-    state.recognitionConfig.port = test::freeLoopbackPort();
-    state.recognitionDialogCopy = state.recognitionConfig;
-    config::saveRecogGlobal(state.ConfigDirectory, state.recognitionConfig);
-    state.messengersConfig.port = test::freeLoopbackPort();
-    config::saveMessengers(state.ConfigDirectory, state.messengersConfig);
-
-    auto services = supervision::makeServiceContext(state);
-    const std::filesystem::path folder = install.folder();
-    services->process.find = [folder](const std::string& name) { return test::findProcessIn(folder, name); };
-    services->startWatchMs = 800;
-    ProcessActions actions;
-    connectServiceActions(actions, services, state);
-    SettingsHooks hooks = systemSettingsHooks(state);
-    int rewrites = 0;
-    auto rewrite = hooks.rewriteAllStreams;
-    hooks.rewriteAllStreams = [&rewrites, rewrite] {
-        ++rewrites;
-        rewrite();
-    };
-    hooks.spawn = nullptr;
-    config::CameraCommon common;
-    common.ID = 3;
-    std::int32_t streamId = 3;
-    ASSERT_FALSE(state.streams.addStream(common, {}, {}, streamId, true));
-
-    supervision::startInference(*services);
-    supervision::startMes(*services);
-    const long first = test::findProcessIn(folder, "vxInference");
-    ASSERT_NE(first, 0);
-    ASSERT_NE(test::findProcessIn(folder, "vxMes"), 0);
-
-    const int newPort = test::freeLoopbackPort();
-    hooks.dialogs.recognition = [newPort](config::RecognitionSrvConfig& working) {
-        working.port = newPort;
-        return true;
-    };
-    editRecognitionService(state, actions, hooks);
-    state.pendingTasks.waitAll();
-    const long second = test::findProcessIn(folder, "vxInference");
-    EXPECT_NE(second, 0);
-    EXPECT_NE(second, first);
-    EXPECT_EQ(rewrites, 1);
-    const std::string stream = test::readFileBytes(config::cameraFilePath(state.ConfigDirectory, 3));
-    EXPECT_NE(stream.find("\"portServer\":" + std::to_string(newPort) + ","), std::string::npos) << stream;
-    const std::string log = test::readFileBytes(install.logs() / "vxInferenceLog.txt");
-    EXPECT_NE(log.find("GET /StopServer\n"), std::string::npos) << log;
-    EXPECT_NE(log.find("start pid=" + std::to_string(second) + " port=" + std::to_string(newPort) + "\n"),
-              std::string::npos) << log;
-    supervision::ThreadRequests(*services, "/FPS", false);
-    EXPECT_EQ(state.fpsRecognition, 25);   // the client follows the new port
-
-    // The messenger switched off: stopped, and nothing starts it again.
-    hooks.dialogs.messengers = [](config::MessengersConfig& working, bool&) {
-        working.on = false;
-        return true;
-    };
-    editMessengers(state, actions, hooks);
-    state.pendingTasks.waitAll();
-    EXPECT_EQ(test::findProcessIn(folder, "vxMes"), 0);
-
-    EXPECT_TRUE(test::endProcessesIn(folder, {"vxInference"}));
 }

@@ -33,69 +33,42 @@ struct TickDriver {
 
 } // namespace
 
+// What each tick runs: polls every second tick, quota every eleventh, the
+// watch only with both flags on; minimised, no drawing and no polls, but the
+// watch and the count go on. -1: not looked at.
 TEST(TimerThread, ServesTicksAndLeavesOnShutdown)
 {
-    AppState state;
-    TickDriver driver{state, 6};
-    int updates = 0, draws = 0, polls = 0, quota = 0, watch = 0;
-    TimerHooks hooks;
-    hooks.sleep = [&](int ms) { driver.sleep(ms); };
-    hooks.updateCamera = [&] { ++updates; };
-    hooks.drawCamera = [&] { ++draws; };
-    hooks.pollServices = [&] { ++polls; };
-    hooks.quotaTask = [&] { ++quota; };
-    hooks.watch = [&] { ++watch; };
-    const TimerClocks clocks = runTimerThread(state, hooks);
-    EXPECT_EQ(clocks.tickNumber, 6);
-    EXPECT_EQ(updates, 6);
-    EXPECT_EQ(draws, 6);
-    EXPECT_EQ(polls, 3);   // ticks 0, 2, 4
-    EXPECT_EQ(quota, 0);
-    EXPECT_EQ(watch, 0);   // startStatus is false
-}
-
-TEST(TimerThread, QuotaEveryElevenTicksAndWatchOnlyWhenBothFlagsAreOn)
-{
-    AppState state;
-    state.restartControl = 10;
-    state.liveMainConfig.startStatus = true;
-    TickDriver driver{state, 23};
-    int quota = 0, watch = 0;
-    TimerHooks hooks;
-    hooks.sleep = [&](int ms) { driver.sleep(ms); };
-    hooks.quotaTask = [&] { ++quota; };
-    hooks.watch = [&] { ++watch; };
-    runTimerThread(state, hooks);
-    EXPECT_EQ(quota, 2);   // ticks 11 and 22
-    EXPECT_EQ(watch, 23);
-
-    AppState off;
-    off.restartControl = 10;   // startStatus false: nothing is started
-    TickDriver offDriver{off, 3};
-    watch = 0;
-    hooks.sleep = [&](int ms) { offDriver.sleep(ms); };
-    runTimerThread(off, hooks);
-    EXPECT_EQ(watch, 0);
-}
-
-TEST(TimerThread, MinimisedStopsDrawingAndPollsButNotTheWatchOrTheCount)
-{
-    AppState state;
-    state.minimised = true;
-    state.restartControl = 10;
-    state.liveMainConfig.startStatus = true;
-    TickDriver driver{state, 4};
-    int draws = 0, polls = 0, watch = 0;
-    TimerHooks hooks;
-    hooks.sleep = [&](int ms) { driver.sleep(ms); };
-    hooks.drawCamera = [&] { ++draws; };
-    hooks.pollServices = [&] { ++polls; };
-    hooks.watch = [&] { ++watch; };
-    const TimerClocks clocks = runTimerThread(state, hooks);
-    EXPECT_EQ(draws, 0);
-    EXPECT_EQ(polls, 0);
-    EXPECT_EQ(watch, 4);
-    EXPECT_EQ(clocks.tickNumber, 4);
+    struct Case {
+        bool minimised;
+        int restartControl;
+        bool startStatus;
+        int ticks, updates, draws, polls, quota, watch;
+    };
+    for (const Case& c : {Case{false, 0, false, 6, 6, 6, 3, 0, 0},     // polls at ticks 0, 2, 4
+                          Case{false, 10, true, 23, 23, 23, 12, 2, 23}, // quota at ticks 11 and 22
+                          Case{false, 10, false, 3, 3, 3, 2, 0, 0},
+                          Case{true, 10, true, 4, -1, 0, 0, 0, 4}}) {
+        SCOPED_TRACE(c.ticks);
+        AppState state;
+        state.minimised = c.minimised;
+        state.restartControl = c.restartControl;
+        state.liveMainConfig.startStatus = c.startStatus;
+        TickDriver driver{state, c.ticks};
+        int updates = 0, draws = 0, polls = 0, quota = 0, watch = 0;
+        TimerHooks hooks;
+        hooks.sleep = [&](int ms) { driver.sleep(ms); };
+        hooks.updateCamera = [&] { ++updates; };
+        hooks.drawCamera = [&] { ++draws; };
+        hooks.pollServices = [&] { ++polls; };
+        hooks.quotaTask = [&] { ++quota; };
+        hooks.watch = [&] { ++watch; };
+        const TimerClocks clocks = runTimerThread(state, hooks);
+        EXPECT_EQ(clocks.tickNumber, c.ticks);
+        const std::pair<int, int> counts[] = {{updates, c.updates}, {draws, c.draws}, {polls, c.polls},
+                                              {quota, c.quota},     {watch, c.watch}};
+        for (const auto& [got, wanted] : counts)
+            EXPECT_TRUE(wanted < 0 || got == wanted) << got << " instead of " << wanted;
+    }
 }
 
 TEST(TimerThread, FinishedTasksArePrunedFromTheSixthTickOn)

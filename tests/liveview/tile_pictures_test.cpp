@@ -59,22 +59,6 @@ TEST_F(TilePictures, MinusOneTakesTheStoredSize)
     EXPECT_EQ(test::sizeOf(drawCamera(table, view, -1, -1, hooks).pixels), std::pair(800, 600));
 }
 
-TEST_F(TilePictures, APictureIsStretchedOverTheTile)
-{
-    test::addSampleStream(table, 1);
-    table.withDrawLock([](std::vector<core::CameraRuntime>& records) {
-        records[0].image = test::plainPicture(300, 30, 3, {10, 200, 30});
-        records[0].hasImage = true;
-        records[0].channel.window = 7;
-    });
-    const ZonePicture zone = drawCamera(table, view, 640, 480, hooks);
-    // Tile 0 at (66, 13), 220 square: the flat picture fills all of it
-    // (away from the title and the buttons).
-    EXPECT_EQ(pixel(zone, 66 + 110, 13 + 200), (std::array<int, 3>{10, 200, 30}));
-    EXPECT_EQ(pixel(zone, 66 + 5, 13 + 110), (std::array<int, 3>{10, 200, 30}));
-    EXPECT_EQ(pixel(zone, 66 + 200, 13 + 100), (std::array<int, 3>{10, 200, 30}));
-}
-
 TEST_F(TilePictures, AStreamWithoutPictureIsBlackAndLooksForItsWindow)
 {
     test::addSampleStream(table, 4);
@@ -160,18 +144,6 @@ TEST_F(TilePictures, OddPicturesAndTinyTilesDrawWithoutFault)
     for (int x = r.x; x < r.x + r.width; ++x)
         for (int y = r.y; y < r.y + r.height; ++y)
             ASSERT_EQ(hitTest(table, view, x, y).button, noButton);
-}
-
-TEST_F(TilePictures, HundredStreamsClipTheAddTileToTheZone)
-{
-    for (int id = 0; id < 100; ++id)
-        test::addSampleStream(table, id);
-    for (const auto& [width, height] : {std::pair{1920, 1040}, {640, 480}, {700, 481}}) {
-        const ZonePicture zone = drawCamera(table, view, width, height, hooks);
-        EXPECT_EQ(zone.pixels.width, width);
-        EXPECT_EQ(zone.pixels.height, height);
-        EXPECT_EQ(view.grid.tileRects.size(), 100u);
-    }
 }
 
 TEST_F(TilePictures, ClicksFindTilesAndButtonsOfTheLastDrawing)

@@ -22,6 +22,7 @@
 #include "platform/process.h"
 #include "supervision/service_context.h"
 #include "support/captured_stderr.h"
+#include "support/installation.h"
 #include "support/temp_dir.h"
 
 namespace vx::test {
@@ -70,18 +71,6 @@ inline int freeLoopbackPort()
     return port;
 }
 
-// Waits up to timeoutMs, looking every 10 ms, for `condition` to hold.
-inline bool waitUntil(const std::function<bool()>& condition, int timeoutMs)
-{
-    const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(timeoutMs);
-    while (!condition()) {
-        if (std::chrono::steady_clock::now() >= end)
-            return false;
-        std::this_thread::sleep_for(std::chrono::milliseconds(10));
-    }
-    return true;
-}
-
 // A service inside the test: answers every request of the services on a
 // loopback port and notes each as "METHOD /path k=v...".
 class LocalService {
@@ -109,7 +98,7 @@ public:
         thread_ = std::thread([this] { server_.listen_after_bind(); });
         // Bound already, so early connections wait in the backlog; this only
         // keeps the first request from racing the accept loop's start.
-        waitUntil([this] { return server_.is_running(); }, 2000);
+        waitFor([this] { return server_.is_running(); }, 2000);
     }
     ~LocalService()
     {
@@ -132,12 +121,12 @@ public:
     // until `count` requests are noted, or until `request` is among them.
     std::vector<std::string> requests(std::size_t count)
     {
-        waitUntil([&] { return requests().size() >= count; }, 3000);
+        waitFor([&] { return requests().size() >= count; }, 3000);
         return requests();
     }
     bool saw(const std::string& request)
     {
-        return waitUntil([&] {
+        return waitFor([&] {
             const auto all = requests();
             return std::find(all.begin(), all.end(), request) != all.end();
         }, 3000);
@@ -192,7 +181,7 @@ inline bool endProcessesIn(const std::filesystem::path& folder, std::initializer
     bool gone = true;
     for (const char* name : names) {
         for (long pid; (pid = findProcessIn(folder, name)) != 0;) {
-            if (!platform::terminateProcess(pid) || !waitUntil([&] { return findProcessIn(folder, name) != pid; }, 2000))
+            if (!platform::terminateProcess(pid) || !waitFor([&] { return findProcessIn(folder, name) != pid; }, 2000))
                 break;
         }
         gone = gone && findProcessIn(folder, name) == 0;

@@ -73,7 +73,7 @@ protected:
 
 } // namespace
 
-TEST_F(MainWindowTest, ShowsTheTitleButtonsAndMenus)
+TEST_F(MainWindowTest, ShowsTheTitleButtonsMenusAndZoneAndOnlyTheMenuEnds)
 {
     MainWindow& window = created();
     core::AppState& state = *state_;
@@ -104,12 +104,8 @@ TEST_F(MainWindowTest, ShowsTheTitleButtonsAndMenus)
         EXPECT_EQ(window.menuAction(id)->text(), literal(label)) << id;
     }
     EXPECT_TRUE(state.createFinished);
-}
 
-TEST_F(MainWindowTest, TheTileAreaShowsTheZoneAndAClickClearsTheStatus)
-{
-    MainWindow& window = created();
-    core::AppState& state = *state_;
+    // The tile area shows the zone, and a click clears the status.
     auto* area = qobject_cast<TileView*>(window.control(idTileArea));
     ASSERT_NE(area, nullptr);
     ASSERT_FALSE(area->zone().isNull());
@@ -124,12 +120,8 @@ TEST_F(MainWindowTest, TheTileAreaShowsTheZoneAndAClickClearsTheStatus)
     QCoreApplication::sendEvent(area, &press);
     EXPECT_EQ(state.status.get(), "");
     EXPECT_TRUE(window.statusBar()->currentMessage().isEmpty());
-}
 
-TEST_F(MainWindowTest, CloseBoxMinimisesAndOnlyTheMenuEnds)
-{
-    MainWindow& window = created();
-    core::AppState& state = *state_;
+    // The close box minimises; only the menu ends.
     window.show();
     QCloseEvent close;
     QApplication::sendEvent(&window, &close);

@@ -9,7 +9,6 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
-#include <fstream>
 #include <set>
 #include <sstream>
 #include <string>
@@ -47,12 +46,6 @@ std::string streamFile(int id, const std::string& name)
            "\n\t},\n\t\"Recognition\":{\n\t},\n\t\"ControlReport\":{\n\t}\n}";
 }
 
-std::string readText(const fs::path& path)
-{
-    std::ifstream in(path, std::ios::binary);
-    return std::string(std::istreambuf_iterator<char>(in), {});
-}
-
 // Live processes (not zombies) whose command line names `folder` or whose
 // working directory is it: everything the manager started for this test.
 std::set<long> processesOf(const fs::path& folder)
@@ -63,11 +56,11 @@ std::set<long> processesOf(const fs::path& folder)
         const std::string name = entry.path().filename().string();
         if (name.find_first_not_of("0123456789") != std::string::npos)
             continue;
-        const std::string stat = readText(entry.path() / "stat");
+        const std::string stat = readFileBytes(entry.path() / "stat");
         const auto close = stat.rfind(')');
         if (close == std::string::npos || close + 2 >= stat.size() || stat[close + 2] == 'Z')
             continue;
-        const std::string cmdline = readText(entry.path() / "cmdline");
+        const std::string cmdline = readFileBytes(entry.path() / "cmdline");
         std::error_code linkError;
         const fs::path cwd = fs::read_symlink(entry.path() / "cwd", linkError);
         if (cmdline.find(folder.string()) != std::string::npos || (!linkError && cwd == folder))
@@ -90,7 +83,7 @@ struct EndAll {
 
 bool alive(long pid)
 {
-    const std::string stat = readText("/proc/" + std::to_string(pid) + "/stat");
+    const std::string stat = readFileBytes("/proc/" + std::to_string(pid) + "/stat");
     const auto close = stat.rfind(')');
     return close != std::string::npos && close + 2 < stat.size() && stat[close + 2] != 'Z';
 }
@@ -154,7 +147,7 @@ TEST(SelfRunning, PanelsPicturesAndTheWatchBringBackWhatWasKilled)
     const std::set<long> before = processesOf(install.folder());
     long streamPid = 0;
     for (long pid : before)
-        if (readText("/proc/" + std::to_string(pid) + "/cmdline").find(s2) != std::string::npos)
+        if (readFileBytes("/proc/" + std::to_string(pid) + "/cmdline").find(s2) != std::string::npos)
             streamPid = pid;
     ASSERT_NE(streamPid, 0);
     const long inferencePid = ownInference ? standInPid(inferenceLog) : 0;

@@ -32,15 +32,6 @@ std::map<std::string, std::string> configSnapshot(const fs::path& configs)
     return files;
 }
 
-// Whether `wanted` appear in `lines` in this order (other lines between them).
-bool inOrder(const std::vector<std::string>& lines, const std::vector<std::string>& wanted)
-{
-    std::size_t next = 0;
-    for (const std::string& line : lines)
-        if (next < wanted.size() && line == wanted[next]) ++next;
-    return next == wanted.size();
-}
-
 bool logHas(const fs::path& file, const std::string& text)
 {
     for (const std::string& line : logTexts(file))
@@ -126,50 +117,6 @@ TEST_F(StartAndEnd, WritesWhatIsMissingArchivesTheLogAndLeavesEveryConfigByteFor
     EXPECT_EQ(second.back(), "Close");
 }
 
-// Three stream files, one of them broken and one with autoRun false: the
-// create handler's steps in their order, as the log tells them. The table
-// itself is the core's tests' business.
-TEST_F(StartAndEnd, ABrokenStreamFileIsLoggedAndTheOthersJoinTheTable)
-{
-    const std::string logs = install_.logs().string();
-    const auto stream = [](int id, const std::string& name, bool autoRun) {
-        return "{\n\t\"Common\":{\n\t\t\"videoName\":\"" + name + "\",\n\t\t\"autoRun\":" +
-               (autoRun ? "true" : "false") + ",\n\t\t\"ID\":" + std::to_string(id) +
-               "\n\t},\n\t\"Recognition\":{\n\t},\n\t\"ControlReport\":{\n\t}\n}";
-    };
-    writeFileBytes(install_.configs() / "vx_main_config.json",
-                   "{\"systemLogPath\":\"" + logs + "\",\"recogLogPath\":\"" + logs +
-                       "\",\"systemLevel\":0,\"videoStreams\":[\"vx_stream1.json\",\"vx_stream2.json\","
-                       "\"vx_stream3.json\"],\"autoRunStreams\":[true,true,true]}");
-    writeFileBytes(install_.configs() / "vx_stream1.json", stream(1, "Gate", false));
-    const std::string broken = "{\"Common\":{\"videoName\":\"Broken\",";
-    writeFileBytes(install_.configs() / "vx_stream2.json", broken);
-    writeFileBytes(install_.configs() / "vx_stream3.json", stream(3, "Yard", true));
-    const std::string mainBefore = readFileBytes(install_.configs() / "vx_main_config.json");
-    const std::vector<std::string> expected = {
-        "Start",
-        "[TRACE]ConfigGlobal ok!",
-        "[TRACE]LoadCamera vx_stream1.json ok!",
-        "[TRACE]AddCamera Gate ok!",
-        " [VX2S] loadCamera parse error at byte " + std::to_string(broken.size() + 1),
-        "[ERROR]LoadCamera vx_stream2.json error!",
-        "[TRACE]LoadCamera vx_stream3.json ok!",
-        "[TRACE]AddCamera Yard ok!",
-        "[TRACE]loadRecogGlobal ok!",
-        "[TRACE]loadControlGlobal ok!",
-    };
-    ASSERT_EQ(runUntil([&] { return inOrder(logTexts(logFile()), expected) && logHas(logFile(), "OnCreate ok!"); }, 0),
-              0);
-    EXPECT_TRUE(inOrder(logTexts(logFile()), expected)) << readFileBytes(logFile());
-    EXPECT_FALSE(logHas(logFile(), "AddCamera Broken"));
-    // The services' files are written, none for the broken stream, and no
-    // main config of the start's own accord.
-    EXPECT_TRUE(fs::exists(install_.configs() / "vx_mess_config.json"));
-    EXPECT_TRUE(fs::exists(install_.configs() / "vx_recog_config_srv.json"));
-    EXPECT_EQ(readFileBytes(install_.configs() / "vx_stream2.json"), broken);
-    EXPECT_EQ(readFileBytes(install_.configs() / "vx_main_config.json"), mainBefore);
-}
-
 TEST_F(StartAndEnd, AnEndRequestEndsItWhileAStartMessageIsOpen)
 {
     // A main config that can't be read: its message is open, and no log yet.
@@ -177,8 +124,7 @@ TEST_F(StartAndEnd, AnEndRequestEndsItWhileAStartMessageIsOpen)
     EXPECT_EQ(runUntil([] { return true; }, 1500), 0);
 
     // A recognition config that can't be read: the log is open by then and
-    // ends
-    // with the teardown's line.
+    // ends with the teardown's line.
     writeFileBytes(install_.configs() / "vx_main_config.json",
                    mainConfigText(install_.logs().string(), install_.folder().string()));
     writeFileBytes(install_.configs() / "vx_recog_config_srv.json", "{\"name\":");
@@ -187,10 +133,6 @@ TEST_F(StartAndEnd, AnEndRequestEndsItWhileAStartMessageIsOpen)
     ASSERT_FALSE(lines.empty());
     EXPECT_EQ(lines.back(), "Close");
 }
-
-} // namespace
-
-namespace {
 
 // Two installations side by side, one user: the manager run from the first,
 // then from a new folder beside it.

@@ -64,7 +64,7 @@ protected:
     std::filesystem::path entry() const { return dir.path() / "home/.config/autostart/Vexlane.desktop"; }
 };
 
-TEST_F(TrayAutorun, TogglesTheEntryAndTheSavedFlag)
+TEST_F(TrayAutorun, TogglesTheEntryAndTheSavedFlagAndAFailureKeepsTheOldValue)
 {
     ASSERT_TRUE(toggleTrayAutorun(state, actions, hooks));
     EXPECT_TRUE(state.liveMainConfig.autoRunManager);
@@ -80,10 +80,10 @@ TEST_F(TrayAutorun, TogglesTheEntryAndTheSavedFlag)
     EXPECT_EQ(savedFlag(), "\"autoRunManager\":false");
     EXPECT_FALSE(std::filesystem::exists(entry()));
     EXPECT_TRUE(r.calls.empty());
-}
 
-TEST_F(TrayAutorun, AFailingAutostartFolderLeavesTheFileWithTheNewValueAndMemoryWithTheOld)
-{
+    // A failing autostart folder leaves the file with the new value and
+    // memory with the old.
+    std::filesystem::remove_all(dir.path() / "home" / ".config");
     std::ofstream(dir.path() / "home" / ".config") << "not a folder";
     CapturedStderr err;
     EXPECT_FALSE(toggleTrayAutorun(state, actions, hooks));

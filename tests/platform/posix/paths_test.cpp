@@ -1,4 +1,5 @@
 #include "platform/paths.h"
+#include "support/captured_stderr.h"
 #include "support/temp_dir.h"
 
 #include <gtest/gtest.h>
@@ -6,27 +7,13 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <fstream>
-#include <sstream>
-
 using namespace vx::platform;
+using vx::test::readFileBytes;
 using vx::test::RuntimeSandbox;
 using vx::test::TempDir;
+using vx::test::writeFileBytes;
 
 namespace {
-
-void writeFile(const std::filesystem::path& path, const std::string& text)
-{
-    std::ofstream(path, std::ios::binary) << text;
-}
-
-std::string readFile(const std::filesystem::path& path)
-{
-    std::ifstream in(path, std::ios::binary);
-    std::ostringstream text;
-    text << in.rdbuf();
-    return text.str();
-}
 
 mode_t modeOf(const std::filesystem::path& path)
 {
@@ -34,12 +21,6 @@ mode_t modeOf(const std::filesystem::path& path)
     EXPECT_EQ(::stat(path.c_str(), &st), 0) << path;
     return st.st_mode & 07777;
 }
-
-// Puts the working directory back after a test changed it.
-struct WorkingDirectoryKeeper {
-    std::filesystem::path saved = std::filesystem::current_path();
-    ~WorkingDirectoryKeeper() { std::filesystem::current_path(saved); }
-};
 
 } // namespace
 
@@ -78,7 +59,7 @@ TEST(Paths, RuntimeFolderIsPrivate)
         EXPECT_EQ(modeOf(folder), 0700u);
     }
     RuntimeSandbox sandbox;
-    writeFile(sandbox.root() / "vexlane", "not a folder");
+    writeFileBytes(sandbox.root() / "vexlane", "not a folder");
     EXPECT_TRUE(runtimeDirectory().empty());
 }
 
@@ -87,27 +68,13 @@ TEST(Paths, CopyOverwritesWithNamesInCyrillicAndBlanksAndReportsAMissingFile)
     TempDir dir("vexlane test папка ");
     const auto from = dir.path() / "настройки камеры.json";
     const auto to = dir.path() / "настройки камеры.json.tmp";
-    writeFile(from, "{\n\t\"new\":1\n}");
-    writeFile(to, "an older and much longer content that must not survive the copy");
+    writeFileBytes(from, "{\n\t\"new\":1\n}");
+    writeFileBytes(to, "an older and much longer content that must not survive the copy");
     std::string error;
     ASSERT_TRUE(copyFileOverwrite(from, to, error)) << error;
-    EXPECT_EQ(readFile(to), "{\n\t\"new\":1\n}");
+    EXPECT_EQ(readFileBytes(to), "{\n\t\"new\":1\n}");
 
     EXPECT_FALSE(copyFileOverwrite(dir.path() / "нет такого", dir.path() / "copy", error));
     EXPECT_FALSE(error.empty());
     EXPECT_FALSE(fileExists(dir.path() / "copy"));
-}
-
-TEST(Paths, SetCurrentDirectoryIntoACyrillicFolder)
-{
-    WorkingDirectoryKeeper keeper;
-    TempDir dir;
-    const auto folder = dir.path() / "Распознавание номеров" / "bin";
-    std::filesystem::create_directories(folder);
-    ASSERT_TRUE(setCurrentDirectory(folder));
-    EXPECT_EQ(std::filesystem::current_path(), folder);
-    writeFile("relative.txt", "here");
-    EXPECT_TRUE(fileExists(folder / "relative.txt"));
-    EXPECT_FALSE(setCurrentDirectory(dir.path() / "missing"));
-    EXPECT_EQ(std::filesystem::current_path(), folder);
 }

@@ -35,19 +35,6 @@ OwnedWindow startOwner(const std::string& className, const std::string& title, c
     return owned;
 }
 
-CopyDataMessage makeMessage(std::uint64_t dwData, const std::string& text)
-{
-    CopyDataMessage message;
-    message.dwData = dwData;
-    message.payload.assign(text.begin(), text.end());
-    return message;
-}
-
-long long millisecondsSince(Clock::time_point start)
-{
-    return std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - start).count();
-}
-
 char processState(long pid)
 {
     std::ifstream in("/proc/" + std::to_string(pid) + "/stat");
@@ -58,52 +45,40 @@ char processState(long pid)
 
 } // namespace
 
-TEST(WindowAcrossProcesses, FoundByClassAndTitleWithItsOwnersPid)
+// One owner, past broken record files: found, sent to, shown, retitled.
+TEST(WindowAcrossProcesses, FoundSentToShownAndRetitledPastBrokenRecords)
 {
     RuntimeSandbox sandbox;
     auto owner = startOwner("VxVideoStream", "Камера 1 (вход)", "serve");
     ASSERT_NE(owner.handle, 0u);
+    const auto folder = runtimeDirectory() / "windows";
+    std::ofstream(folder / "0000000000000001.rec") << "garbage";
+    std::ofstream(folder / "0000000000000002.rec") << "vexlane-window 1\npid 1\nstart 0\nclass 999999\nVx";
+    std::ofstream(folder / "not-a-window.rec") << "";
     EXPECT_EQ(findWindow("VxVideoStream", "Камера 1 (вход)"), owner.handle);
     EXPECT_EQ(findWindow("VxVideoStream", ""), owner.handle);
     EXPECT_EQ(findWindow("VxVideoStream", "Камера 2"), 0u);
     EXPECT_EQ(windowOwnerPid(owner.handle), owner.process->pid());
-}
+    EXPECT_EQ(windowOwnerPid(1), 0);
 
-TEST(WindowAcrossProcesses, TitleChangeIsSeenByOthers)
-{
-    RuntimeSandbox sandbox;
-    auto owner = startOwner("VxVideoStream", "before", "idle");
-    ASSERT_NE(owner.handle, 0u);
-    ASSERT_TRUE(owner.process->writeLine("title после смены"));
-    ASSERT_EQ(owner.process->readLine(kWaitMs), "titled");
-    EXPECT_EQ(findWindow("", "before"), 0u);
-    EXPECT_EQ(findWindow("", "после смены"), owner.handle);
-}
-
-TEST(WindowAcrossProcesses, SendReturnsOnlyAfterTheOwnersHandlerRan)
-{
-    RuntimeSandbox sandbox;
-    auto owner = startOwner("VxVideoStream", "", "serve");
-    ASSERT_NE(owner.handle, 0u);
+    // The send returns only after the owner's handler ran: it sleeps 300 ms
+    // and then makes the marker.
     const auto marker = sandbox.root() / "handled";
-
     const auto start = Clock::now();
     ASSERT_TRUE(sendCopyData(owner.handle, makeMessage(300, marker.string()), kWaitMs));
-    // The handler sleeps 300 ms and then makes the marker.
     EXPECT_TRUE(fileExists(marker));
     EXPECT_GE(millisecondsSince(start), 290);
     EXPECT_EQ(owner.process->readLine(kWaitMs), "copy 300 " + marker.string());
-}
 
-TEST(WindowAcrossProcesses, ShowAndForegroundReachTheOwner)
-{
-    RuntimeSandbox sandbox;
-    auto owner = startOwner("Vexlane", "", "serve");
-    ASSERT_NE(owner.handle, 0u);
     EXPECT_TRUE(showWindow(owner.handle, ShowCommand::Hide, kWaitMs));
     EXPECT_TRUE(setForegroundWindow(owner.handle, kWaitMs));
     EXPECT_EQ(owner.process->readLine(kWaitMs), "show 4");
     EXPECT_EQ(owner.process->readLine(kWaitMs), "foreground");
+
+    ASSERT_TRUE(owner.process->writeLine("title после смены"));
+    ASSERT_EQ(owner.process->readLine(kWaitMs), "titled");
+    EXPECT_EQ(findWindow("", "Камера 1 (вход)"), 0u);
+    EXPECT_EQ(findWindow("", "после смены"), owner.handle);
 }
 
 TEST(WindowAcrossProcesses, DeadOwnerIsSkippedAndItsFilesRemoved)
@@ -163,17 +138,4 @@ TEST(WindowAcrossProcesses, RecordOfAPidNowTakenByAnotherProcessIsSkipped)
 
     EXPECT_EQ(findWindow("VxVideoStream", "reused"), 0u);
     EXPECT_FALSE(fileExists(windowRecord(handle)));
-}
-
-TEST(WindowAcrossProcesses, BrokenRecordFilesAreIgnored)
-{
-    RuntimeSandbox sandbox;
-    auto live = startOwner("VxVideoStream", "cam", "serve");
-    ASSERT_NE(live.handle, 0u);
-    const auto folder = runtimeDirectory() / "windows";
-    std::ofstream(folder / "0000000000000001.rec") << "garbage";
-    std::ofstream(folder / "0000000000000002.rec") << "vexlane-window 1\npid 1\nstart 0\nclass 999999\nVx";
-    std::ofstream(folder / "not-a-window.rec") << "";
-    EXPECT_EQ(findWindow("VxVideoStream", "cam"), live.handle);
-    EXPECT_EQ(windowOwnerPid(1), 0);
 }

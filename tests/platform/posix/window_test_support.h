@@ -1,6 +1,6 @@
 #pragma once
-// Bits the window tests share: where a window's files are, and a raw
-// connection that speaks to a window below the public calls.
+// Bits the window tests share: where a window's files are, a raw connection
+// that speaks to a window below the public calls, a message and a stopwatch.
 #include "platform/paths.h"
 #include "platform/window_endpoint.h"
 
@@ -9,6 +9,7 @@
 #include <poll.h>
 #include <unistd.h>
 
+#include <chrono>
 #include <cinttypes>
 #include <cstdio>
 #include <cstring>
@@ -93,6 +94,19 @@ inline std::string copyDataBytes(std::uint64_t dwData, std::uint32_t length, con
     for (int i = 0; i < 4; ++i)
         bytes.push_back(static_cast<char>(length >> (8 * i)));
     return bytes + payload;
+}
+
+inline platform::CopyDataMessage makeMessage(std::uint64_t dwData, const std::string& text)
+{
+    platform::CopyDataMessage message;
+    message.dwData = dwData;
+    message.payload.assign(text.begin(), text.end());
+    return message;
+}
+
+inline long long millisecondsSince(std::chrono::steady_clock::time_point start)
+{
+    return std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now() - start).count();
 }
 
 } // namespace vx::test

@@ -128,23 +128,6 @@ TEST(StreamProcess, PictureArrivesWithinTwoTicksAndQuitEndsIt)
     EXPECT_TRUE(world.table.record(0).hasImage);
 }
 
-TEST(StreamProcess, OneThatIgnoresQuitIsEnded)
-{
-    test::ScopedEnv ignore("VX_STREAM_TEST_IGNORE_QUIT", "1");
-    StreamWorld world;
-    const int position = world.addStream(1, true);
-    videoStart(world.control, position, -1);
-    platform::WindowHandle window = 0;
-    ASSERT_TRUE(test::waitFor([&] { return (window = platform::findWindow("", world.name(1))) != 0; }, 10000));
-    world.table.withDrawLock([&](std::vector<core::CameraRuntime>& r) {
-        r[0].channel.window = window;
-        r[0].hasImage = true;
-    });
-    videoStop(world.control, position);
-    EXPECT_TRUE(test::waitFor([&] { return world.pidOf(position) == 0; }, 5000));
-    EXPECT_FALSE(world.table.record(0).hasImage);
-}
-
 TEST(StreamProcess, RestartsUnderTheWatchLeaveOneProcessAndStopAllEndsIt)
 {
     StreamWorld world;
