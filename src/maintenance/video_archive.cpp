@@ -439,7 +439,11 @@ bool VideoArchive::deleteOldest()
 
 void VideoArchive::sweepEmptyDays(const std::set<const std::string*>& streams)
 {
-    for (auto& [streamName, stream] : streams_) {
+    for (auto& entry : streams_) {
+        // Named, not bound: clang 14 can't capture a structured binding
+        // in the lambda below.
+        const std::string& streamName = entry.first;
+        auto& stream = entry.second;
         if (!streams.contains(&streamName) || !isFolder(root_ / streamName))
             continue;
         std::vector<fs::path> empty;
