@@ -67,6 +67,7 @@
 #include "supervision/service_test_support.h"
 #include "supervision/service_watch.h"
 #include "supervision/stream_control.h"
+#include "support/posix/zombie_children.h"
 #include "support/temp_dir.h"
 #include "support/time_scale.h"
 
@@ -88,29 +89,6 @@ std::string readText(const fs::path& path)
 void writeText(const fs::path& path, const std::string& text)
 {
     std::ofstream(path, std::ios::binary) << text;
-}
-
-// Children of this process that have ended and aren't reaped.
-int zombieChildren()
-{
-    int count = 0;
-    const std::string self = std::to_string(::getpid());
-    std::error_code ec;
-    for (const auto& folder : fs::directory_iterator("/proc", ec)) {
-        const std::string name = folder.path().filename().string();
-        if (name.empty() || name.find_first_not_of("0123456789") != std::string::npos)
-            continue;
-        const std::string stat = readText(folder.path() / "stat");
-        const auto close = stat.rfind(')');
-        if (close == std::string::npos || close + 2 >= stat.size())
-            continue;
-        std::istringstream rest(stat.substr(close + 2));
-        std::string state, parent;
-        rest >> state >> parent;
-        if (state == "Z" && parent == self)
-            ++count;
-    }
-    return count;
 }
 
 int openDescriptors()
@@ -429,7 +407,7 @@ int main(int argc, char** argv)
         return 2;
     }
     Figure zombies, descriptors, rss, threads;
-    zombies.first(zombieChildren());
+    zombies.first(test::zombieChildren());
     descriptors.first(openDescriptors());
     rss.first(statusValue("VmRSS"));
     threads.first(statusValue("Threads"));
@@ -458,7 +436,7 @@ int main(int argc, char** argv)
             stuck = true;
             break;
         }
-        zombies.next(zombieChildren());
+        zombies.next(test::zombieChildren());
         descriptors.next(openDescriptors());
         threads.next(statusValue("Threads"));
         rss.next(statusValue("VmRSS"));
@@ -472,10 +450,10 @@ int main(int argc, char** argv)
     const double seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - started).count();
     soak->tearDown();
     // The last ones killed are reaped in the background: a bounded wait.
-    long zombiesLeft = zombieChildren();
+    long zombiesLeft = test::zombieChildren();
     for (int i = 0; i < 100 && zombiesLeft > 0; ++i) {
         std::this_thread::sleep_for(std::chrono::milliseconds(20));
-        zombiesLeft = zombieChildren();
+        zombiesLeft = test::zombieChildren();
     }
     soak.reset();
 

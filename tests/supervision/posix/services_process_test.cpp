@@ -15,34 +15,13 @@
 #include "supervision/service_launcher.h"
 #include "supervision/service_requests.h"
 #include "support/installation.h"
+#include "support/posix/zombie_children.h"
 
 namespace vx::supervision {
 namespace {
 
 using test::waitFor;
-
-// Children of this process that ended and weren't reaped.
-int zombieChildren()
-{
-    int count = 0;
-    const std::string self = std::to_string(::getpid());
-    for (const auto& folder : std::filesystem::directory_iterator("/proc")) {
-        const std::string name = folder.path().filename().string();
-        if (name.empty() || name.find_first_not_of("0123456789") != std::string::npos)
-            continue;
-        std::ifstream in(folder.path() / "stat");
-        std::string stat((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
-        const auto close = stat.rfind(')');
-        if (close == std::string::npos || close + 2 >= stat.size())
-            continue;
-        std::istringstream rest(stat.substr(close + 2));
-        std::string state, parent;
-        rest >> state >> parent;
-        if (state == "Z" && parent == self)
-            ++count;
-    }
-    return count;
-}
+using test::zombieChildren;
 
 class ServiceProcesses : public ::testing::Test {
 protected:
