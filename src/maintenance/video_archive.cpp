@@ -13,6 +13,7 @@
 #include <utility>
 
 #include "maintenance/local_time.h"
+#include "platform/folder_reader.h"
 
 namespace vx::maintenance {
 
@@ -45,29 +46,18 @@ bool endsWith(const std::string& text, const std::string& tail)
     return text.size() >= tail.size() && text.compare(text.size() - tail.size(), tail.size(), tail) == 0;
 }
 
-// Calls `visit` for each entry of `folder`; a folder that can't be read ends
-// that branch without a word.
+// Calls `visit(entry, reader)` for each entry of `folder`; a folder that
+// can't be read ends that branch without a word.
 template <typename Visit>
 void forEachEntry(const fs::path& folder, Visit visit)
 {
-    std::error_code ec;
-    fs::directory_iterator it(folder, ec);
-    if (ec)
-        return;
-    for (const fs::directory_iterator end; it != end; it.increment(ec)) {
-        if (ec)
-            return;
-        visit(*it);
-    }
+    platform::FolderReader reader(folder);
+    platform::FolderEntry entry;
+    while (reader.next(entry))
+        visit(entry, reader);
 }
 
 // A folder of the tree itself: a link to a folder is not one.
-bool isFolder(const fs::directory_entry& entry)
-{
-    std::error_code ec;
-    return entry.symlink_status(ec).type() == fs::file_type::directory;
-}
-
 bool isFolder(const fs::path& path)
 {
     std::error_code ec;
@@ -75,12 +65,18 @@ bool isFolder(const fs::path& path)
 }
 
 // A video file of the tree: a plain file (not a link) whose name parses.
-bool isVideoFile(const fs::directory_entry& entry, const std::string& name, std::uint64_t& key)
+bool isVideoFile(const platform::FolderEntry& entry, std::uint64_t& key)
 {
-    std::error_code ec;
     std::string streamFolder;
-    return entry.symlink_status(ec).type() == fs::file_type::regular && endsWith(name, webm) &&
-           parseVideoName(name, key, streamFolder);
+    return entry.kind == platform::EntryKind::file && endsWith(entry.name, webm) &&
+           parseVideoName(entry.name, key, streamFolder);
+}
+
+// A file's name as the index keeps it: the listing's UTF-8.
+std::string nameOf(const fs::path& path)
+{
+    const std::u8string text = path.filename().u8string();
+    return std::string(text.begin(), text.end());
 }
 
 bool folderIsEmpty(const fs::path& folder)
@@ -171,19 +167,18 @@ namespace {
 
 // Adds a parsed file at the end of a stream's day unless it is there
 // already; the bytes added (0 for none).
-std::uint64_t addToDay(VideoStreamRecord& stream, VideoDayRecord& record, const fs::directory_entry& entry,
-                       const std::string& name, std::uint64_t timeKey, bool& added)
+std::uint64_t addToDay(VideoStreamRecord& stream, VideoDayRecord& record, platform::FolderReader& reader,
+                       const platform::FolderEntry& entry, std::uint64_t timeKey, bool& added)
 {
     added = false;
-    if (record.namesMade && record.names.contains(name))
+    if (record.namesMade && record.names.contains(entry.name))
         return 0;
-    std::error_code ec;
-    const std::uint64_t size = entry.file_size(ec);   // a plain file: no link to follow
-    if (ec)
+    std::uint64_t size = 0;
+    if (!reader.sizeOfLast(size))
         return 0;   // gone between the listing and the look at its size
-    record.files.push_back({entry.path(), timeKey, size});
+    record.files.push_back({reader.pathOf(entry), timeKey, size});
     if (record.namesMade)
-        record.names.insert(name);
+        record.names.insert(entry.name);
     record.bytes += size;
     stream.bytes += size;
     added = true;
@@ -192,11 +187,11 @@ std::uint64_t addToDay(VideoStreamRecord& stream, VideoDayRecord& record, const 
 
 } // namespace
 
-bool VideoArchive::addFile(VideoStreamRecord& stream, VideoDayRecord& record, const fs::directory_entry& entry,
-                           const std::string& name, std::uint64_t timeKey)
+bool VideoArchive::addFile(VideoStreamRecord& stream, VideoDayRecord& record, platform::FolderReader& reader,
+                           const platform::FolderEntry& entry, std::uint64_t timeKey)
 {
     bool added = false;
-    totalBytes_ += addToDay(stream, record, entry, name, timeKey, added);
+    totalBytes_ += addToDay(stream, record, reader, entry, timeKey, added);
     return added;
 }
 
@@ -235,24 +230,24 @@ namespace {
 // False when it holds no video file (it then gets no record).
 bool scanStream(const fs::path& folder, VideoStreamRecord& stream)
 {
-    forEachEntry(folder, [&](const fs::directory_entry& dayFolder) {
-        if (!isFolder(dayFolder))
+    forEachEntry(folder, [&](const platform::FolderEntry& dayEntry, const platform::FolderReader& days) {
+        if (dayEntry.kind != platform::EntryKind::folder)
             return;
-        const std::string day = dayFolder.path().filename().string();
+        const fs::path dayFolder = days.pathOf(dayEntry);
+        const std::string day = dayFolder.filename().string();
         fs::file_time_type before{};
-        const bool timed = folderTime(dayFolder.path(), before);
+        const bool timed = folderTime(dayFolder, before);
         VideoDayRecord* record = nullptr;
-        forEachEntry(dayFolder.path(), [&](const fs::directory_entry& file) {
-            const std::string name = file.path().filename().string();
+        forEachEntry(dayFolder, [&](const platform::FolderEntry& file, platform::FolderReader& files) {
             std::uint64_t key = 0;
-            if (!isVideoFile(file, name, key))
+            if (!isVideoFile(file, key))
                 return;
             if (!record) {
                 record = &stream.days[day];
                 record->namesMade = false;
             }
             bool added = false;
-            addToDay(stream, *record, file, name, key, added);
+            addToDay(stream, *record, files, file, key, added);
         });
         if (record) {
             orderByTime(*record);
@@ -268,9 +263,9 @@ bool scanStream(const fs::path& folder, VideoStreamRecord& stream)
 void VideoArchive::fullScan()
 {
     std::vector<fs::path> folders;
-    forEachEntry(root_, [&](const fs::directory_entry& streamFolder) {
-        if (isFolder(streamFolder))
-            folders.push_back(streamFolder.path());
+    forEachEntry(root_, [&](const platform::FolderEntry& entry, const platform::FolderReader& reader) {
+        if (entry.kind == platform::EntryKind::folder)
+            folders.push_back(reader.pathOf(entry));
     });
     // The stream folders are read side by side (most of the time goes into
     // asking the system for each file's size), each into a record of its
@@ -299,10 +294,9 @@ void VideoArchive::fullScan()
 
 void VideoArchive::enforceQuota()
 {
-    forEachEntry(root_, [&](const fs::directory_entry& entry) {
-        const std::string name = entry.path().filename().string();
-        if (isFolder(entry) && name.rfind("stream", 0) == 0)
-            streams_.try_emplace(name);
+    forEachEntry(root_, [&](const platform::FolderEntry& entry, const platform::FolderReader& reader) {
+        if (entry.kind == platform::EntryKind::folder && entry.name.rfind("stream", 0) == 0)
+            streams_.try_emplace(reader.pathOf(entry).filename().string());
     });
     const std::vector<std::string> days = dayFolders(hooks_.now());
     for (auto& streamEntry : streams_) {
@@ -327,21 +321,20 @@ void VideoArchive::enforceQuota()
             VideoDayRecord* record = known != stream.days.end() ? &known->second : nullptr;
             if (record && !record->namesMade) {
                 for (const VideoFileRecord& f : record->files)
-                    record->names.insert(f.path.filename().string());
+                    record->names.insert(nameOf(f.path));
                 record->namesMade = true;
             }
             bool added = false;
-            forEachEntry(folder, [&](const fs::directory_entry& file) {
-                const std::string name = file.path().filename().string();
+            forEachEntry(folder, [&](const platform::FolderEntry& file, platform::FolderReader& files) {
                 // Most names of these days are indexed already: a look-up is all they cost.
-                if (record && record->names.contains(name))
+                if (record && record->names.contains(file.name))
                     return;
                 std::uint64_t key = 0;
-                if (!isVideoFile(file, name, key))
+                if (!isVideoFile(file, key))
                     return;
                 if (!record)
                     record = &stream.days[day];
-                added = addFile(stream, *record, file, name, key) || added;
+                added = addFile(stream, *record, files, file, key) || added;
             });
             if (record) {
                 if (added)
@@ -426,7 +419,7 @@ bool VideoArchive::deleteOldest()
             VideoFileRecord& file = d.record->files[i];
             if (d.deleted[i]) {
                 if (d.record->namesMade)
-                    d.record->names.erase(file.path.filename().string());
+                    d.record->names.erase(nameOf(file.path));
             }
             else
                 kept.push_back(std::move(file));
@@ -447,18 +440,20 @@ void VideoArchive::sweepEmptyDays(const std::set<const std::string*>& streams)
         if (!streams.contains(&streamName) || !isFolder(root_ / streamName))
             continue;
         std::vector<fs::path> empty;
-        forEachEntry(root_ / streamName, [&](const fs::directory_entry& dayFolder) {
-            if (!isFolder(dayFolder))
+        forEachEntry(root_ / streamName, [&](const platform::FolderEntry& dayEntry,
+                                             const platform::FolderReader& days) {
+            if (dayEntry.kind != platform::EntryKind::folder)
                 return;
+            const fs::path dayFolder = days.pathOf(dayEntry);
             // A folder unchanged since a settled listing still holds the
             // files the index has of it: no need to open it.
-            const auto known = stream.days.find(dayFolder.path().filename().string());
+            const auto known = stream.days.find(dayFolder.filename().string());
             fs::file_time_type time{};
             if (known != stream.days.end() && !known->second.files.empty() && known->second.listedForGood &&
-                folderTime(dayFolder.path(), time) && time == known->second.listedTime)
+                folderTime(dayFolder, time) && time == known->second.listedTime)
                 return;
-            if (folderIsEmpty(dayFolder.path()))
-                empty.push_back(dayFolder.path());
+            if (folderIsEmpty(dayFolder))
+                empty.push_back(dayFolder);
         });
         for (const fs::path& folder : empty)
             if (hooks_.removeFolder(folder))

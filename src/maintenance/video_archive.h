@@ -23,6 +23,7 @@
 #include <vector>
 
 #include "platform/file_delete.h"
+#include "platform/folder_reader.h"
 
 namespace vx::maintenance {
 
@@ -89,8 +90,8 @@ private:
     void fullScan();
     // Adds a parsed file at the end of a stream's day unless it is there
     // already (the caller puts the day in order again); true when added.
-    bool addFile(VideoStreamRecord& stream, VideoDayRecord& day, const std::filesystem::directory_entry& entry,
-                 const std::string& name, std::uint64_t timeKey);
+    bool addFile(VideoStreamRecord& stream, VideoDayRecord& day, platform::FolderReader& reader,
+                 const platform::FolderEntry& entry, std::uint64_t timeKey);
     // Deletes oldest first while over the limit, then sweeps the day folders
     // of the streams it deleted from. True when anything went.
     bool deleteOldest();
