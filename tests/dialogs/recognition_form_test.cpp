@@ -8,6 +8,7 @@
 using namespace vx;
 using namespace vx::dialogs;
 using vx::dialogs::test::cp;
+using vx::dialogs::test::lastText;
 
 namespace {
 
@@ -34,7 +35,7 @@ protected:
         messages.shown.clear();
         const bool accepted = f.accept();
         EXPECT_EQ(accepted, messages.shown.empty());
-        return test::lastText(messages);
+        return lastText(messages);
     }
 
     config::CameraRecognition recognition;

@@ -8,6 +8,7 @@
 using namespace vx;
 using namespace vx::dialogs;
 using vx::dialogs::test::cp;
+using vx::dialogs::test::lastText;
 
 namespace {
 
@@ -187,7 +188,7 @@ TEST_F(SignalFormTest, ChecksUseTheirOwnLimitsAndTheLastFailureSpeaks)
         f.timeOutClose.text = c.close;   // disabled for "Открыть", still checked
         EXPECT_EQ(f.accept(), c.message.empty());
         EXPECT_LE(messages.shown.size(), 1u);
-        EXPECT_EQ(test::lastText(messages), c.message);
+        EXPECT_EQ(lastText(messages), c.message);
     }
 }
 
@@ -214,7 +215,7 @@ TEST_F(SignalFormTest, NameAndUrlRefuseQuoteAndBackslashTheBodyTakesBoth)
         f.url.type(c.url);
         f.body.text = "{\"plate\":\"\\{plate}\"}";   // escaped in full by its writer
         EXPECT_EQ(f.accept(), c.message.empty());
-        EXPECT_EQ(test::lastText(messages), c.message);
+        EXPECT_EQ(lastText(messages), c.message);
     }
     EXPECT_EQ(working.signal.body, "{\"plate\":\"\\{plate}\"}");
 }

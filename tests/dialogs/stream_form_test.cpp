@@ -10,6 +10,7 @@
 using namespace vx;
 using namespace vx::dialogs;
 using vx::dialogs::test::cp;
+using vx::dialogs::test::lastText;
 
 namespace {
 
@@ -45,7 +46,7 @@ protected:
         const bool accepted = form_->accept();
         EXPECT_EQ(accepted, messages.shown.empty());
         EXPECT_LE(messages.shown.size(), 1u);
-        return test::lastText(messages);
+        return lastText(messages);
     }
 
     config::CameraCommon record;
