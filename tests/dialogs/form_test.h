@@ -1,6 +1,8 @@
 #pragma once
 // Shared by the dialog tests: texts in the dialogs' code page, moments for
 // the pickers and the last message a form showed.
+#include <gtest/gtest.h>
+
 #include <cstdint>
 #include <string>
 
@@ -31,6 +33,16 @@ inline config::DateTime fixedNow() { return at(2025, 6, 14, 10, 20, 30); }
 inline std::string lastText(const ScriptedMessages& messages)
 {
     return messages.shown.empty() ? std::string() : messages.shown.back().text;
+}
+
+// Accepts `form`: the one message shown, "" when it was accepted.
+template <typename Form> std::string acceptMessage(Form& form, ScriptedMessages& messages)
+{
+    messages.shown.clear();
+    const bool accepted = form.accept();
+    EXPECT_EQ(accepted, messages.shown.empty());
+    EXPECT_LE(messages.shown.size(), 1u);
+    return lastText(messages);
 }
 
 } // namespace vx::dialogs::test

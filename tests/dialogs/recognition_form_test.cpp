@@ -8,7 +8,6 @@
 using namespace vx;
 using namespace vx::dialogs;
 using vx::dialogs::test::cp;
-using vx::dialogs::test::lastText;
 
 namespace {
 
@@ -29,14 +28,7 @@ protected:
         form_->fill();
         return *form_;
     }
-    // Accepts; returns the one message shown, or "" when accepted.
-    std::string acceptMessage(RecognitionForm& f)
-    {
-        messages.shown.clear();
-        const bool accepted = f.accept();
-        EXPECT_EQ(accepted, messages.shown.empty());
-        return lastText(messages);
-    }
+    std::string acceptMessage(RecognitionForm& f) { return test::acceptMessage(f, messages); }
 
     config::CameraRecognition recognition;
     config::CameraCommon common;

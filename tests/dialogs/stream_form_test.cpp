@@ -10,7 +10,6 @@
 using namespace vx;
 using namespace vx::dialogs;
 using vx::dialogs::test::cp;
-using vx::dialogs::test::lastText;
 
 namespace {
 
@@ -39,15 +38,7 @@ protected:
         form_->fill();
         return *form_;
     }
-    // Accepts; the one message shown, or "" when accepted.
-    std::string acceptMessage()
-    {
-        messages.shown.clear();
-        const bool accepted = form_->accept();
-        EXPECT_EQ(accepted, messages.shown.empty());
-        EXPECT_LE(messages.shown.size(), 1u);
-        return lastText(messages);
-    }
+    std::string acceptMessage() { return test::acceptMessage(*form_, messages); }
 
     config::CameraCommon record;
     ScriptedMessages messages;
