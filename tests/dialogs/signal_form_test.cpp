@@ -99,26 +99,6 @@ TEST_F(SignalFormTest, AFreshSignalFillsWithItsDefaultsAndChoicesSwitchFieldsAtO
     EXPECT_FALSE(working.typeOpen);
 }
 
-TEST_F(SignalFormTest, StoredValuesOutsideTheListsShowAsTheRulesSay)
-{
-    working.signal.type = 5;          // no item: rule as for GET, read back as 0
-    working.signal.contentType = 9;   // clamped to application/xml
-    working.signal.name = "Gate";
-    working.typeSendAll = false;
-    working.nameWhiteList = "Staff";
-    SignalForm& f = form();
-    EXPECT_EQ(f.requestType.selected, -1);
-    EXPECT_FALSE(f.body.enabled);
-    EXPECT_EQ(f.contentType.selected, 2);
-    EXPECT_EQ(f.receivers.selected, 1);
-    EXPECT_EQ(f.whiteList.selected, 1);
-    ASSERT_TRUE(f.accept());
-    EXPECT_EQ(working.signal.type, 0);
-    EXPECT_EQ(working.signal.contentType, 2);
-    EXPECT_EQ(working.signal.name, "Custom");   // the receiver list isn't read back
-    EXPECT_EQ(working.nameWhiteList, "Staff");
-}
-
 TEST_F(SignalFormTest, ApplyingATemplateOverwritesTheRequestButNotTheEncoding)
 {
     SignalForm& f = form();
@@ -215,14 +195,22 @@ TEST_F(SignalFormTest, NameAndUrlRefuseQuoteAndBackslashTheBodyTakesBoth)
     EXPECT_EQ(working.signal.body, "{\"plate\":\"\\{plate}\"}");
 }
 
-TEST_F(SignalFormTest, AcceptKeepsTheNumberAndOnFlagAndReplacesTheRest)
+TEST_F(SignalFormTest, StoredValuesShowAsTheRulesSayAndAcceptKeepsTheNumberAndOnFlag)
 {
     working.numSignal = 2;
-    working.on = true;
     working.name = "old";
+    working.signal.type = 5;          // no item: rule as for GET, read back as 0
+    working.signal.contentType = 9;   // clamped to application/xml
     working.signal.name = "Gate";
+    working.typeSendAll = false;
+    working.nameWhiteList = "Staff";
     working.timeOutClose = 200000;   // stored long ago: blocks even an "Открыть" signal
     SignalForm& f = form();
+    EXPECT_EQ(f.requestType.selected, -1);
+    EXPECT_FALSE(f.body.enabled);
+    EXPECT_EQ(f.contentType.selected, 2);
+    EXPECT_EQ(f.receivers.selected, 1);
+    EXPECT_EQ(f.whiteList.selected, 1);
     EXPECT_FALSE(f.accept());
     f.timeOutClose.text = "0";
     f.name.type(std::string(300, 'n'));
@@ -236,5 +224,9 @@ TEST_F(SignalFormTest, AcceptKeepsTheNumberAndOnFlagAndReplacesTheRest)
     EXPECT_EQ(working.timeOutClose, 0);
     EXPECT_TRUE(working.allSignalsFlag);
     EXPECT_EQ(working.conditionsSignals, 2);
+    EXPECT_EQ(working.signal.type, 0);
+    EXPECT_EQ(working.signal.contentType, 2);
     EXPECT_EQ(working.signal.bodyEncoding, 1);
+    EXPECT_EQ(working.signal.name, "Custom");   // the receiver list isn't read back
+    EXPECT_EQ(working.nameWhiteList, "Staff");
 }
