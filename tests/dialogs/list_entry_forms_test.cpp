@@ -43,7 +43,7 @@ private:
 
 } // namespace
 
-TEST_F(EntryTest, ANewRowIsUpperCasedAndTakesTheNextId)
+TEST_F(EntryTest, ANewRowIsUpperCasedAndEmptyAndRepeatedNumbersAreRefused)
 {
     ListEntryForm& form = entry(ListsOnDisk::plain, -1);
     EXPECT_FALSE(form.time2.enabled);   // a plain list has no times
@@ -59,10 +59,8 @@ TEST_F(EntryTest, ANewRowIsUpperCasedAndTakesTheNextId)
     // The pickers' values go into the row in memory, plain list or not.
     EXPECT_EQ(added.time1, "2025-06-14 10:20:30");
     EXPECT_TRUE(list(ListsOnDisk::plain).dirty);
-}
 
-TEST_F(EntryTest, EmptyAndRepeatedNumbersAreRefusedOnlyWhereTheyShouldBe)
-{
+    // Empty and repeated numbers are refused only where they should be.
     ListEntryForm& empty = entry(ListsOnDisk::plain, -1);
     EXPECT_FALSE(empty.accept());
     ASSERT_EQ(messages.shown.size(), 1u);
@@ -137,7 +135,7 @@ TEST_F(EntryTest, OneTimeRowsShowAndTakeTheirTimesWithTheEndBeforeTheStart)
     EXPECT_EQ(row.time2, "2023-12-31 07:00:00");
 }
 
-TEST_F(EntryTest, AFreshNestedListStartsEveryDayOverTheWholeDay)
+TEST_F(EntryTest, AFreshNestedListStartsEveryDayOverTheWholeDayAndRefusalsShowTheLastFailingTest)
 {
     NestedListForm& form = nested(-1);
     // All lists but the extended ones, the zero list and one-time lists too.
@@ -162,25 +160,22 @@ TEST_F(EntryTest, AFreshNestedListStartsEveryDayOverTheWholeDay)
     EXPECT_EQ(ext.lists[3].permitted_access_time1, "00:00:00");
     EXPECT_EQ(ext.lists[3].permitted_access_time2, "23:59:59");
     EXPECT_TRUE(ext.dirty);
-}
 
-TEST_F(EntryTest, NestedRefusalsShowTheLastFailingTest)
-{
-    NestedListForm& form = nested(-1);
-    form.dayRule.choose(weekDaysChoice);
-    EXPECT_FALSE(form.accept());   // the zero list and no day: the day wins
-    ASSERT_EQ(messages.shown.size(), 1u);
-    EXPECT_EQ(messages.shown[0].text, cp("Должен быть выделен хотя бы один день недели!"));
-    form.days[3].click();
-    EXPECT_FALSE(form.accept());
-    EXPECT_EQ(messages.shown.back().text, cp("Empty список не может быть использован в расширенном!"));
+    // Refusals: the last failing test speaks.
+    NestedListForm& again = nested(-1);
+    again.dayRule.choose(weekDaysChoice);
+    EXPECT_FALSE(again.accept());   // the zero list and no day: the day wins
+    EXPECT_EQ(lastText(messages), cp("Должен быть выделен хотя бы один день недели!"));
+    again.days[3].click();
+    EXPECT_FALSE(again.accept());
+    EXPECT_EQ(lastText(messages), cp("Empty список не может быть использован в расширенном!"));
     EXPECT_EQ(messages.shown.size(), 2u);
     // Marks stay on disabled checks, and don't count with another choice.
-    form.dayRule.choose(everyDayChoice);
-    EXPECT_TRUE(form.days[3].checked);
-    EXPECT_FALSE(form.days[3].enabled);
-    form.list.select(1);
-    EXPECT_TRUE(form.accept());
+    again.dayRule.choose(everyDayChoice);
+    EXPECT_TRUE(again.days[3].checked);
+    EXPECT_FALSE(again.days[3].enabled);
+    again.list.select(1);
+    EXPECT_TRUE(again.accept());
     EXPECT_EQ(list(ListsOnDisk::extended).lists.back().permitted_access_days, "all_days");
 
     // A stored nested list of the zero list shows position 0, then fails.
