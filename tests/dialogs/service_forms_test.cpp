@@ -27,17 +27,14 @@ protected:
 
 } // namespace
 
-TEST_F(RecognitionForm, FillShowsTheRecordAndLocksTheCount)
+TEST_F(RecognitionForm, FillShowsTheRecordAndTheTestsRunInTheirOrder)
 {
     EXPECT_EQ(form.port.text, "1234");
     EXPECT_EQ(form.models.selected, 1);
     EXPECT_EQ(form.confThresh.text, "0.25");
     EXPECT_FALSE(form.gpuObjects.enabled);
     EXPECT_TRUE(form.turn.checked);
-}
 
-TEST_F(RecognitionForm, TheTestsInTheirOrder)
-{
     // The confidences come first and stop there; zero and one pass.
     form.confThresh.type("abc");
     form.port.type("5");

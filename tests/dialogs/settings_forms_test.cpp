@@ -104,7 +104,7 @@ TEST_F(SettingsTest, TheLogFormRefusesQuoteAndBackslashAndFoldersTheQuote)
     EXPECT_EQ(lastText(messages), cp("Папка системного журнала не может содержать символ \"!"));
 }
 
-TEST_F(SettingsTest, MissingFoldersTheRecognitionLogSpeaksLast)
+TEST_F(SettingsTest, MissingFoldersTheRecognitionLogSpeaksLastAndAPickGoesIntoTheRecord)
 {
     const std::string file = (dir.path() / "file.txt").string();
     std::ofstream(file) << "x";
@@ -117,10 +117,8 @@ TEST_F(SettingsTest, MissingFoldersTheRecognitionLogSpeaksLast)
     EXPECT_FALSE(form.accept());
     EXPECT_EQ(messages.shown.back().text, cp("Несуществующая директория для системного журнала!"));
     EXPECT_EQ(record.reportsPath, "");
-}
 
-TEST_F(SettingsTest, AFolderPickGoesIntoTheRecordAtOnceAndStartsFromTheRecord)
-{
+    // A folder picked goes into the record at once; the picker starts from the record.
     record.videoPath = "/old/videos";
     form.videoPath.type("/typed/over");
     pick = std::string("/picked/videos");
