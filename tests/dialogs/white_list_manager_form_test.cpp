@@ -6,7 +6,6 @@
 #include <fstream>
 
 #include "dialogs/list_entry_form.h"
-#include "dialogs/nested_list_form.h"
 #include "dialogs/new_white_list_form.h"
 #include "dialogs/white_list_manager_form.h"
 #include "dialogs/white_list_view.h"
@@ -51,12 +50,6 @@ protected:
             form.fill();
             if (entryAction)
                 entryAction(form);
-            return form.accept();
-        };
-        companions.nested = [this](NestedListForm& form) {
-            ++opened;
-            form.fill();
-            form.list.select(1);
             return form.accept();
         };
     }
