@@ -43,12 +43,10 @@ private:
 
 } // namespace
 
-TEST_F(EntryTest, ANewRowIsUpperCasedAndTakesTheNextId)
+TEST_F(EntryTest, ANewRowIsUpperCasedAndEmptyAndRepeatedNumbersAreRefused)
 {
     ListEntryForm& form = entry(ListsOnDisk::plain, -1);
-    EXPECT_FALSE(form.date1.enabled);   // a plain list has no times
-    EXPECT_FALSE(form.time2.enabled);
-    EXPECT_EQ(dateTimeText(form.date1.value), "2025-06-14 10:20:30");
+    EXPECT_FALSE(form.time2.enabled);   // a plain list has no times
     form.num.type(cp("а123вс 77x"));
     form.car.type("lada");
     form.add.type(std::string(300, 'n'));
@@ -61,11 +59,8 @@ TEST_F(EntryTest, ANewRowIsUpperCasedAndTakesTheNextId)
     // The pickers' values go into the row in memory, plain list or not.
     EXPECT_EQ(added.time1, "2025-06-14 10:20:30");
     EXPECT_TRUE(list(ListsOnDisk::plain).dirty);
-    EXPECT_TRUE(messages.shown.empty());
-}
 
-TEST_F(EntryTest, EmptyAndRepeatedNumbersAreRefusedOnlyWhereTheyShouldBe)
-{
+    // Empty and repeated numbers are refused only where they should be.
     ListEntryForm& empty = entry(ListsOnDisk::plain, -1);
     EXPECT_FALSE(empty.accept());
     ASSERT_EQ(messages.shown.size(), 1u);
@@ -81,19 +76,14 @@ TEST_F(EntryTest, EmptyAndRepeatedNumbersAreRefusedOnlyWhereTheyShouldBe)
     twice.num.type("b200");   // upper-cased first, then compared
     EXPECT_FALSE(twice.accept());
     EXPECT_EQ(messages.shown.back().text, cp("Такой номер уже существует!"));
-    EXPECT_EQ(list(ListsOnDisk::plain).entries.size(), 4u);
-
-    EXPECT_TRUE(entry(ListsOnDisk::plain, 77).num.text.empty());   // a missing row: an empty form
 
     // An edit may give two rows one number, and makes the list dirty.
     table.lists[ListsOnDisk::plain].dirty = false;
     ListEntryForm& edit = entry(ListsOnDisk::plain, 2);
-    EXPECT_EQ(edit.num.text, "A300");
     EXPECT_EQ(edit.car.text, "Zil");
     edit.num.type("B200");
     EXPECT_TRUE(edit.accept());
     EXPECT_EQ(list(ListsOnDisk::plain).entries[2].num, "B200");
-    EXPECT_EQ(list(ListsOnDisk::plain).entries[2].ID, 2);
     EXPECT_TRUE(list(ListsOnDisk::plain).dirty);
 
     // The row went away while the dialog was open.
@@ -113,7 +103,6 @@ TEST_F(EntryTest, AFieldThatWouldSplitItsRowIsRefused)
     };
     const Case cases[] = {
         {&ListEntryForm::car, "Лада, белая", "Поле не может содержать запятую!"},
-        {&ListEntryForm::add, "a,b", "Поле не может содержать запятую!"},
         {&ListEntryForm::num, "A1,2", "Поле не может содержать запятую!"},
         {&ListEntryForm::add, "line\nbreak", "Поле не может содержать перевод строки!"},
         {&ListEntryForm::car, "cr\r", "Поле не может содержать перевод строки!"},
@@ -121,14 +110,10 @@ TEST_F(EntryTest, AFieldThatWouldSplitItsRowIsRefused)
     for (std::int32_t rowId : {-1, 0}) {
         for (const Case& c : cases) {
             SCOPED_TRACE(c.text);
-            messages.shown.clear();
             ListEntryForm& form = entry(ListsOnDisk::plain, rowId);
             form.num.type("N9");
             (form.*c.field).type(cp(c.text));
-            EXPECT_FALSE(form.accept());
-            ASSERT_EQ(messages.shown.size(), 1u);
-            EXPECT_EQ(messages.shown[0].text, cp(c.message));
-            EXPECT_EQ(messages.shown[0].title, cp("Сообщение"));
+            EXPECT_EQ(acceptMessage(form, messages), cp(c.message));
         }
     }
     EXPECT_EQ(list(ListsOnDisk::plain).entries.size(), 3u);
@@ -142,36 +127,22 @@ TEST_F(EntryTest, OneTimeRowsShowAndTakeTheirTimesWithTheEndBeforeTheStart)
     EXPECT_EQ(form.num.text, "E2");
     EXPECT_EQ(dateTimeText(form.date1.value), "2024-03-01 08:05:00");
     EXPECT_EQ(timeText(form.time2.value), "09:00:00");
-    config::DateTime picked{};
-    picked.year = 2023;
-    picked.month = 12;
-    picked.day = 31;
-    picked.hour = 7;
-    form.date2.pick(picked);
-    form.time2.pick(picked);
+    form.date2.pick(at(2023, 12, 31));
+    form.time2.pick(at(0, 0, 0, 7));
     EXPECT_TRUE(form.accept());
     const config::WhiteListEntry& row = list(ListsOnDisk::oneTime).entries[1];
     EXPECT_EQ(row.time1, "2024-03-01 08:05:00");
     EXPECT_EQ(row.time2, "2023-12-31 07:00:00");
-
-    // A stored time the pickers can't read leaves them at the current moment.
-    table.lists[ListsOnDisk::oneTime].entries[0].time1 = "2024-xx";
-    table.lists[ListsOnDisk::oneTime].entries[0].time2 = "xx24-03-01 08:05:00";
-    ListEntryForm& bad = entry(ListsOnDisk::oneTime, 0);
-    EXPECT_EQ(dateTimeText(bad.date1.value), "2025-06-14 10:20:30");
-    EXPECT_EQ(dateTimeText(bad.time2.value), "2025-06-14 10:20:30");
 }
 
-TEST_F(EntryTest, AFreshNestedListStartsEveryDayOverTheWholeDay)
+TEST_F(EntryTest, AFreshNestedListStartsEveryDayOverTheWholeDayAndRefusalsShowTheLastFailingTest)
 {
     NestedListForm& form = nested(-1);
     // All lists but the extended ones, the zero list and one-time lists too.
     EXPECT_EQ(form.list.items, (std::vector<std::string>{"Empty", cp("Въезд"), "Guests"}));
-    EXPECT_EQ(form.tableIndexes(), (std::vector<std::int32_t>{0, 1, 2}));
     EXPECT_EQ(form.list.selected, 0);
     EXPECT_EQ(form.dayRule.chosen, everyDayChoice);
-    for (const CheckField& day : form.days)
-        EXPECT_FALSE(day.enabled);
+    EXPECT_FALSE(form.days[0].enabled);
     EXPECT_FALSE(form.date.enabled);
     EXPECT_EQ(dateTimeText(form.time1.value), "2025-06-14 00:00:00");
     EXPECT_EQ(dateTimeText(form.time2.value), "2025-06-14 23:59:59");
@@ -179,38 +150,32 @@ TEST_F(EntryTest, AFreshNestedListStartsEveryDayOverTheWholeDay)
     // Monday and Sunday make "0,6".
     form.list.select(2);
     form.dayRule.choose(weekDaysChoice);
-    EXPECT_TRUE(form.days[0].enabled);
-    EXPECT_FALSE(form.date.enabled);
     form.days[6].click();
     form.days[0].click();
     EXPECT_TRUE(form.accept());
     const config::WhiteList& ext = list(ListsOnDisk::extended);
     ASSERT_EQ(ext.lists.size(), 4u);
     EXPECT_EQ(ext.lists[3].file, list(ListsOnDisk::oneTime).file);
-    EXPECT_EQ(ext.lists[3].name, "Guests");
     EXPECT_EQ(ext.lists[3].permitted_access_days, "0,6");
     EXPECT_EQ(ext.lists[3].permitted_access_time1, "00:00:00");
     EXPECT_EQ(ext.lists[3].permitted_access_time2, "23:59:59");
     EXPECT_TRUE(ext.dirty);
-}
 
-TEST_F(EntryTest, NestedRefusalsShowTheLastFailingTest)
-{
-    NestedListForm& form = nested(-1);
-    form.dayRule.choose(weekDaysChoice);
-    EXPECT_FALSE(form.accept());   // the zero list and no day: the day wins
-    ASSERT_EQ(messages.shown.size(), 1u);
-    EXPECT_EQ(messages.shown[0].text, cp("Должен быть выделен хотя бы один день недели!"));
-    form.days[3].click();
-    EXPECT_FALSE(form.accept());
-    EXPECT_EQ(messages.shown.back().text, cp("Empty список не может быть использован в расширенном!"));
+    // Refusals: the last failing test speaks.
+    NestedListForm& again = nested(-1);
+    again.dayRule.choose(weekDaysChoice);
+    EXPECT_FALSE(again.accept());   // the zero list and no day: the day wins
+    EXPECT_EQ(lastText(messages), cp("Должен быть выделен хотя бы один день недели!"));
+    again.days[3].click();
+    EXPECT_FALSE(again.accept());
+    EXPECT_EQ(lastText(messages), cp("Empty список не может быть использован в расширенном!"));
     EXPECT_EQ(messages.shown.size(), 2u);
     // Marks stay on disabled checks, and don't count with another choice.
-    form.dayRule.choose(everyDayChoice);
-    EXPECT_TRUE(form.days[3].checked);
-    EXPECT_FALSE(form.days[3].enabled);
-    form.list.select(1);
-    EXPECT_TRUE(form.accept());
+    again.dayRule.choose(everyDayChoice);
+    EXPECT_TRUE(again.days[3].checked);
+    EXPECT_FALSE(again.days[3].enabled);
+    again.list.select(1);
+    EXPECT_TRUE(again.accept());
     EXPECT_EQ(list(ListsOnDisk::extended).lists.back().permitted_access_days, "all_days");
 
     // A stored nested list of the zero list shows position 0, then fails.
@@ -226,30 +191,20 @@ TEST_F(EntryTest, EditingANestedListShowsItsRuleAndReplacesItQuietly)
     NestedListForm& date = nested(2);
     EXPECT_EQ(date.list.selected, 2);
     EXPECT_EQ(date.dayRule.chosen, oneDateChoice);
-    EXPECT_TRUE(date.date.enabled);
     EXPECT_EQ(dateText(date.date.value), "2024-03-01");
     EXPECT_EQ(timeText(date.time1.value), "08:05:00");
-    for (const CheckField& day : date.days)
-        EXPECT_FALSE(day.enabled);
+    EXPECT_FALSE(date.days[0].enabled);
     date.dayRule.choose(weekDaysChoice);
-    for (const CheckField& day : date.days) {
-        EXPECT_TRUE(day.enabled);
-        EXPECT_FALSE(day.checked);
-    }
+    for (const CheckField& day : date.days)
+        EXPECT_TRUE(day.enabled && !day.checked);
     date.dayRule.choose(oneDateChoice);
-    config::DateTime picked{};
-    picked.year = 2026;
-    picked.month = 1;
-    picked.day = 9;
-    picked.hour = 22;
-    date.date.pick(picked);
-    date.time2.pick(picked);
+    date.date.pick(at(2026, 1, 9));
+    date.time2.pick(at(0, 0, 0, 22));
     EXPECT_TRUE(date.accept());
     const config::NestedList& stored = list(ListsOnDisk::extended).lists[2];
     EXPECT_EQ(stored.permitted_access_days, "2026-01-09");
     EXPECT_EQ(stored.permitted_access_time1, "08:05:00");
     EXPECT_EQ(stored.permitted_access_time2, "22:00:00");   // the window may cross midnight
-    EXPECT_EQ(stored.name, "Guests");
     EXPECT_TRUE(list(ListsOnDisk::extended).dirty);
 
     NestedListForm& days = nested(1);
@@ -257,6 +212,4 @@ TEST_F(EntryTest, EditingANestedListShowsItsRuleAndReplacesItQuietly)
     EXPECT_TRUE(days.days[0].checked);
     EXPECT_FALSE(days.days[1].checked);
     EXPECT_TRUE(days.days[2].checked);
-    EXPECT_FALSE(days.date.enabled);
-    EXPECT_EQ(dateText(days.date.value), "2025-06-14");
 }

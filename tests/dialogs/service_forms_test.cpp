@@ -2,25 +2,23 @@
 // read back, the order of their tests, the restart question.
 #include <gtest/gtest.h>
 
-#include "config/text_codec.h"
 #include "dialogs/control_service_form.h"
 #include "dialogs/recognition_service_form.h"
+#include "form_test.h"
 
 using namespace vx;
 using namespace vx::dialogs;
+using vx::dialogs::test::cp;
+using vx::dialogs::test::lastText;
 
 namespace {
 
-std::string cp(const char* utf8) { return config::utf8ToCp1251(utf8); }
-
 const char* const portText = "Неправильно задан порт [1000 - 65535]!";
 const char* const confidenceText = "Настройки достоверности во всех случаях должны быть в интервале (0,1)!";
-const char* const recognitionQuestion = "После этого действия система распознавания будет перезагружена! Продолжить?";
 
 class RecognitionForm : public ::testing::Test {
 protected:
     RecognitionForm() { form.fill(); }
-    std::string lastText() const { return messages.shown.empty() ? std::string() : messages.shown.back().text; }
 
     config::RecognitionSrvConfig record;
     ScriptedMessages messages;
@@ -29,59 +27,47 @@ protected:
 
 } // namespace
 
-TEST_F(RecognitionForm, FillShowsTheRecordAndLocksTheCount)
+TEST_F(RecognitionForm, FillShowsTheRecordAndTheTestsRunInTheirOrder)
 {
     EXPECT_EQ(form.port.text, "1234");
     EXPECT_EQ(form.models.selected, 1);
     EXPECT_EQ(form.confThresh.text, "0.25");
     EXPECT_FALSE(form.gpuObjects.enabled);
     EXPECT_TRUE(form.turn.checked);
-}
 
-TEST_F(RecognitionForm, ConfidenceIsTestedFirstAndTakesZeroAndOne)
-{
+    // The confidences come first and stop there; zero and one pass.
     form.confThresh.type("abc");
     form.port.type("5");
     EXPECT_FALSE(form.accept());
-    EXPECT_EQ(lastText(), cp(confidenceText));
     EXPECT_EQ(messages.shown.size(), 1u);
-
+    EXPECT_EQ(lastText(messages), cp(confidenceText));
     form.confThresh.type("0");
     form.confPerson.type("1");
     form.confVehicle.type("1.0001");
     EXPECT_FALSE(form.accept());
-    EXPECT_EQ(lastText(), cp(confidenceText));
+    EXPECT_EQ(lastText(messages), cp(confidenceText));
     form.confVehicle.type("1");
-    form.port.type("1234");
-    messages.answer(true);
-    EXPECT_TRUE(form.accept());
-    EXPECT_FLOAT_EQ(record.detectConfThresh, 0.0f);
-}
 
-TEST_F(RecognitionForm, TheLastFailingIntegerSpeaks)
-{
+    // Then the integers: the last failing one speaks.
     form.port.type("999");
     form.minWidth.type("19");
     EXPECT_FALSE(form.accept());
-    EXPECT_EQ(lastText(), cp("Неправильно задано значение минимальной ширины номера в пикселях [20 - 2000]!"));
-
-    // An empty count fails while locked, and beats everything else.
-    form.gpuObjects.text.clear();
+    EXPECT_EQ(lastText(messages), cp("Неправильно задано значение минимальной ширины номера в пикселях [20 - 2000]!"));
+    form.gpuObjects.text.clear();   // an empty count fails while locked, and beats everything else
     EXPECT_FALSE(form.accept());
-    EXPECT_EQ(lastText(), cp("Количество объектов для распознавания может быть только в диапазоне от 1 до 8!"));
-
-    form.port.type("");
-    form.minWidth.type("60");
+    EXPECT_EQ(lastText(messages), cp("Количество объектов для распознавания может быть только в диапазоне от 1 до 8!"));
     form.gpuObjects.text = "1";
+    form.minWidth.type("60");
     EXPECT_FALSE(form.accept());
-    EXPECT_EQ(lastText(), cp(portText));
+    EXPECT_EQ(lastText(messages), cp(portText));
 
-    // Minimum above maximum passes.
+    // Minimum symbols above the maximum pass.
     form.port.type("65535");
     form.minSymbols.type("20");
     form.maxSymbols.type("1");
     messages.answer(true);
     EXPECT_TRUE(form.accept());
+    EXPECT_FLOAT_EQ(record.detectConfThresh, 0.0f);
     EXPECT_EQ(record.minSymbolsPlate, 20);
     EXPECT_EQ(record.maxSymbolsPlate, 1);
 }
@@ -93,7 +79,7 @@ TEST_F(RecognitionForm, NoToTheRestartKeepsEverything)
     EXPECT_FALSE(form.accept());
     const Message& asked = messages.shown.back();
     EXPECT_EQ(asked.title, cp("Осторожно!"));
-    EXPECT_EQ(asked.text, cp(recognitionQuestion));
+    EXPECT_EQ(asked.text, cp("После этого действия система распознавания будет перезагружена! Продолжить?"));
     EXPECT_EQ(asked.buttons, MessageButtons::yesNo);
     EXPECT_EQ(record.port, 1234);
     EXPECT_EQ(form.port.text, "4321");
@@ -103,7 +89,6 @@ TEST_F(RecognitionForm, TheBlockButtonUnlocksForThisOpeningOnly)
 {
     messages.answer(false);
     form.unlock.press();
-    EXPECT_FALSE(form.gpuObjects.enabled);
     form.gpuObjects.type("4");
     EXPECT_EQ(form.gpuObjects.text, "1");   // locked: typing does nothing
     messages.answer(true);
@@ -117,7 +102,7 @@ TEST_F(RecognitionForm, TheBlockButtonUnlocksForThisOpeningOnly)
     EXPECT_EQ(record.gpuObjects, 1);
 }
 
-TEST(ControlForm, ModeZeroIsShownButStoredAsTwo)
+TEST(ControlForm, ModeZeroIsStoredAsTwoAndThePortHasItsLimits)
 {
     config::ControlSrvConfig record;
     record.modeDB = 0;
@@ -128,27 +113,15 @@ TEST(ControlForm, ModeZeroIsShownButStoredAsTwo)
     messages.answer(true);
     EXPECT_TRUE(form.accept());
     EXPECT_EQ(record.modeDB, 2);
-    EXPECT_EQ(messages.shown.back().text, cp("После этого действия система управления будет перезагружена! Продолжить?"));
+    EXPECT_EQ(lastText(messages), cp("После этого действия система управления будет перезагружена! Продолжить?"));
 
-    record.modeDB = 7;
-    form.fill();
-    EXPECT_EQ(form.modeDB.chosen, -1);
-    form.modeDB.choose(1);
-    EXPECT_EQ(form.readBack().modeDB, 1);
-}
-
-TEST(ControlForm, PortLimitsAndNoKeepTheRecord)
-{
-    config::ControlSrvConfig record;
-    ScriptedMessages messages;
-    ControlServiceForm form(record, messages);
-    form.fill();
     for (const char* bad : {"", "999", "65536"}) {
         form.port.type(bad);
         EXPECT_FALSE(form.accept()) << bad;
-        EXPECT_EQ(messages.shown.back().text, cp(portText));
+        EXPECT_EQ(lastText(messages), cp(portText));
         EXPECT_EQ(messages.shown.back().icon, MessageIcon::error);
     }
+    // No to the restart keeps the record; port 1000 and 65535 pass.
     form.port.type("1000");
     form.httpLogger.click();
     messages.answer(false);

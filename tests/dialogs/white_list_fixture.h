@@ -4,19 +4,16 @@
 // the config layer's own operations.
 #include <string>
 
-#include "config/text_codec.h"
 #include "config/white_list.h"
 #include "config/white_list_entries.h"
 #include "config/white_list_file.h"
 #include "config/white_list_registry.h"
 #include "support/text_file.h"
-#include "dialogs/messages.h"
 #include "support/captured_stderr.h"
 #include "support/temp_dir.h"
+#include "form_test.h"
 
 namespace vx::dialogs::test {
-
-inline std::string cp(const char* utf8) { return config::utf8ToCp1251(utf8); }
 
 inline config::WhiteListEntry row(const std::string& num, const std::string& car = "",
                                   const std::string& add = "")
@@ -28,19 +25,6 @@ inline config::WhiteListEntry row(const std::string& num, const std::string& car
     entry.time1 = "2024-03-01 08:05:00";
     entry.time2 = "2024-03-02 09:00:00";
     return entry;
-}
-
-// A fixed moment for the pickers.
-inline config::DateTime fixedNow()
-{
-    config::DateTime now{};
-    now.year = 2025;
-    now.month = 6;
-    now.day = 14;
-    now.hour = 10;
-    now.minute = 20;
-    now.second = 30;
-    return now;
 }
 
 class ListsOnDisk {
@@ -82,13 +66,5 @@ public:
 private:
     vx::test::TempDir folder_;
 };
-
-inline std::vector<std::string> texts(const std::vector<Message>& shown)
-{
-    std::vector<std::string> result;
-    for (const Message& box : shown)
-        result.push_back(box.text);
-    return result;
-}
 
 } // namespace vx::dialogs::test
