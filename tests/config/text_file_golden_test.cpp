@@ -24,7 +24,7 @@
 #include "maintenance/log_buffer.h"
 #include "platform/paths.h"
 #include "camera_away_record.h"
-#include "white_list_test_files.h"
+#include "config_folder.h"
 
 namespace vx::config {
 namespace {
@@ -314,7 +314,7 @@ TEST(TextFileGolden, EveryFileKindIsWrittenByteForByteAsThePlatformWritesIt)
         ConfigFolder folder;
         golden.write(folder);
         const std::string written = withFixedStamps(exactBytes(folder.file(golden.name)));
-        if (update) test::writeBytes(goldenDir / golden.goldenName(), written);
+        if (update) vx::test::writeFileBytes(goldenDir / golden.goldenName(), written);
         EXPECT_EQ(written, exactBytes(goldenDir / golden.goldenName()));
     }
 }
