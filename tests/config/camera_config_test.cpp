@@ -3,35 +3,21 @@
 #include <gtest/gtest.h>
 
 #include "config/text_codec.h"
-#include "support/text_file.h"
-#include "support/captured_stderr.h"
-#include "support/temp_dir.h"
 #include "camera_away_record.h"
+#include "config_folder.h"
 
 namespace vx::config {
 namespace {
 
-using test::readText;
-using test::writeFileBytes;
-
-class CameraConfigFile : public ::testing::Test {
+class CameraConfigFile : public test::ConfigFileTest {
 protected:
-    std::string dir() const { return folder_.path().string(); }
     std::string path() const { return cameraFilePath(dir(), 7); }
-    std::filesystem::path file() const { return folder_.path() / "vx_stream7.json"; }
+    std::string written() const { return folder_.bytes("vx_stream7.json"); }
 
     bool loadText(const std::string& text, CameraConfig& config, std::int32_t mainVideoChunk = 300)
     {
-        writeFileBytes(file(), text);
-        test::CapturedStderr err;
-        const bool ok = loadCamera(path(), config, mainVideoChunk);
-        errors_ = err.text();
-        return ok;
+        return loadWith("vx_stream7.json", text, [&] { return loadCamera(path(), config, mainVideoChunk); });
     }
-
-    test::RuntimeSandbox runtime_;
-    test::TempDir folder_;
-    std::string errors_;
 };
 
 TEST_F(CameraConfigFile, DocumentedLossesOfASaveAndLoad)
@@ -40,7 +26,7 @@ TEST_F(CameraConfigFile, DocumentedLossesOfASaveAndLoad)
     config.common.videoPath = "\\\\server\\cam";              // \\server\cam
     config.control.Control[0].signal.body = "C:\\new\\table";  // a backslash before n and t
     saveCamera(path(), config, 1234, 1235);
-    EXPECT_NE(readText(file()).find("\"videoPath\":\"\\\\\\\\server\\\\cam\""), std::string::npos);
+    EXPECT_NE(written().find("\"videoPath\":\"\\\\\\\\server\\\\cam\""), std::string::npos);
     ASSERT_TRUE(loadCamera(path(), config, 300));
     EXPECT_EQ(config.common.videoPath, "\\server\\cam") << "the leading pair collapses a second time";
     EXPECT_EQ(config.control.Control[0].signal.body, "C:\new\table") << "the body is unescaped twice";
@@ -157,7 +143,7 @@ TEST_F(CameraConfigFile, ReaderTable)
         EXPECT_EQ(loadText(c.text, config), c.ok);
         EXPECT_EQ(errors_, c.errors);
         c.check(config);
-        EXPECT_EQ(readText(file()), c.text) << "a read never rewrites the file";
+        EXPECT_EQ(written(), c.text) << "a read never rewrites the file";
     }
 }
 
@@ -167,7 +153,7 @@ TEST_F(CameraConfigFile, VideoChunkZeroTakesTheMainConfigsAndIsSavedSo)
     ASSERT_TRUE(loadText("{\"Common\":{\"videoChunk\":0},\"Recognition\":{},\"ControlReport\":{}}", config, 450));
     EXPECT_EQ(config.common.videoChunk, 450);
     saveCamera(path(), config, 1234, 1235);
-    EXPECT_NE(readText(file()).find("\t\t\"videoChunk\":450,\n"), std::string::npos);
+    EXPECT_NE(written().find("\t\t\"videoChunk\":450,\n"), std::string::npos);
 }
 
 TEST_F(CameraConfigFile, MissingFileFailsSilentlyAndWritesNothing)
@@ -176,7 +162,7 @@ TEST_F(CameraConfigFile, MissingFileFailsSilentlyAndWritesNothing)
     test::CapturedStderr err;
     EXPECT_FALSE(loadCamera(path(), config, 300));
     EXPECT_EQ(err.text(), "");
-    EXPECT_FALSE(std::filesystem::exists(file()));
+    EXPECT_FALSE(std::filesystem::exists(folder_.file("vx_stream7.json")));
     EXPECT_EQ(config.common.ID, 7);
 }
 

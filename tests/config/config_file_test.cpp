@@ -4,21 +4,16 @@
 
 #include <gtest/gtest.h>
 
-#include "support/text_file.h"
-#include "platform/paths.h"
-#include "platform/text_mode.h"
-#include "support/captured_stderr.h"
-
 #include "config/date_time.h"
 #include "platform/named_lock.h"
-#include "support/temp_dir.h"
+#include "platform/paths.h"
+#include "platform/text_mode.h"
+#include "config_folder.h"
 
 namespace vx::config {
 namespace {
 
-using vx::test::CapturedStderr;
-std::string readBytes(const std::filesystem::path& path) { return vx::test::readText(path); }
-void writeBytes(const std::filesystem::path& path, const std::string& bytes) { vx::test::writeFileBytes(path, bytes); }
+using test::CapturedStderr;
 
 // Whether another thread can take the named lock at this moment. Never waits.
 bool freeForOtherThreads(const std::string& mutexName) {
@@ -30,31 +25,18 @@ bool freeForOtherThreads(const std::string& mutexName) {
            }).get();
 }
 
-class ConfigFile : public ::testing::Test {
+class ConfigFile : public test::ConfigFileTest {
 protected:
-    // The folder as in-memory text: it is ASCII, so 1251 spells it the same.
-    std::string pathOf(const std::string& name) const {
-        return configFilePath(folder_.path().string(), name);
-    }
-
-    test::RuntimeSandbox runtime_;   // private locks folder
-    test::TempDir folder_;
+    std::string pathOf(const std::string& name) const { return configFilePath(dir(), name); }
 };
-
-TEST(ConfigPath, JoinsWithOneSeparator) {
-    const std::string separator(1, platform::pathSeparator);
-    EXPECT_EQ(configFilePath("/opt/vexlane/configs", "vx_main_config.json"),
-              "/opt/vexlane/configs" + separator + "vx_main_config.json");
-    EXPECT_EQ(configFilePath("", "x.json"), separator + "x.json");
-}
 
 TEST_F(ConfigFile, WritesTheExactBytes) {
     const std::string text = "{\n\t\"name\":\"Камера\",\n\t\"k\":0.25\n}";
     CapturedStderr err;
     EXPECT_TRUE(writeConfigFile(mainConfigMutexName, pathOf("vx_control_config.json"), text));
     // Byte for byte, in the platform's text mode: CR LF line ends on Windows.
-    EXPECT_EQ(vx::test::readFileBytes(folder_.path() / "vx_control_config.json"), platform::toTextMode(text));
-    EXPECT_FALSE(std::filesystem::exists(folder_.path() / "vx_control_config.json.tmp"));
+    EXPECT_EQ(vx::test::readFileBytes(folder_.file("vx_control_config.json")), platform::toTextMode(text));
+    EXPECT_FALSE(std::filesystem::exists(folder_.file("vx_control_config.json.tmp")));
     EXPECT_EQ(err.text(), "");
 }
 
@@ -62,7 +44,7 @@ TEST_F(ConfigFile, FileNamedIn1251LandsUnderItsUtf8Name) {
     // "Список" in 1251.
     const std::string path = pathOf("\xD1\xEF\xE8\xF1\xEE\xEA.list.json");
     EXPECT_TRUE(writeConfigFile("", path, "{}"));
-    EXPECT_EQ(readBytes(folder_.path() / u8"Список.list.json"), "{}");
+    EXPECT_EQ(vx::test::readText(folder_.file("") / u8"Список.list.json"), "{}");
 }
 
 TEST_F(ConfigFile, SafetyCopyHoldsThePreviousSave) {
@@ -72,24 +54,20 @@ TEST_F(ConfigFile, SafetyCopyHoldsThePreviousSave) {
     writeConfigFile(mainConfigMutexName, path, "second", SafetyCopy::keepPrevious);
     writeConfigFile(mainConfigMutexName, path, "third", SafetyCopy::keepPrevious);
     EXPECT_EQ(err.text(), "");
-    EXPECT_EQ(readBytes(folder_.path() / "vx_main_config.json"), "third");
-    EXPECT_EQ(readBytes(folder_.path() / "vx_main_config.json.tmp"), "second");
+    EXPECT_EQ(folder_.bytes("vx_main_config.json"), "third");
+    EXPECT_EQ(folder_.bytes("vx_main_config.json.tmp"), "second");
 }
 
 TEST_F(ConfigFile, UnwritableTargetWritesNothingAndSaysSo) {
     CapturedStderr err;
     EXPECT_FALSE(writeConfigFile(controlConfigMutexName, pathOf("missing/vx_control_config.json"), "x"));
-    std::filesystem::create_directory(folder_.path() / "a_folder");
+    std::filesystem::create_directory(folder_.file("a_folder"));
     EXPECT_FALSE(writeConfigFile(controlConfigMutexName, pathOf("a_folder"), "x"));
     EXPECT_EQ(err.text().rfind("Failed to write config file " + pathOf("missing/vx_control_config.json") + ": ", 0),
               0u) << err.text();
     EXPECT_NE(err.text().find("Failed to write config file " + pathOf("a_folder") + ": "), std::string::npos);
-    EXPECT_EQ(std::vector<std::filesystem::path>{},
-              std::vector<std::filesystem::path>(std::filesystem::directory_iterator(folder_.path() / "a_folder"),
-                                                 {}));
-    EXPECT_FALSE(std::filesystem::exists(folder_.path() / "a_folder.new")) << "temporary file left";
-    EXPECT_FALSE(std::filesystem::exists(folder_.path() / "missing"));
-    EXPECT_TRUE(std::filesystem::is_directory(folder_.path() / "a_folder"));
+    EXPECT_TRUE(std::filesystem::is_empty(folder_.file("a_folder")));
+    EXPECT_FALSE(std::filesystem::exists(folder_.file("a_folder.new"))) << "temporary file left";
     EXPECT_TRUE(freeForOtherThreads(controlConfigMutexName)) << "lock left held";
 }
 
@@ -98,7 +76,7 @@ TEST_F(ConfigFile, UnwritableTargetWritesNothingAndSaysSo) {
 const std::string badLockName = std::string("bad") + platform::pathSeparator + "name";
 
 TEST_F(ConfigFile, ReadHandsOverTheDocumentUnderTheLock) {
-    writeBytes(folder_.path() / "vx_stream7.json", "{\r\n\t\"version\":1,\r\n\t\"id\":7\r\n}");
+    folder_.put("vx_stream7.json", "{\r\n\t\"version\":1,\r\n\t\"id\":7\r\n}");
     int id = 0;
     bool lockedDuringTake = false;
     CapturedStderr err;
@@ -115,8 +93,7 @@ TEST_F(ConfigFile, ReadHandsOverTheDocumentUnderTheLock) {
 }
 
 TEST_F(ConfigFile, OtherFailuresWhileTakingAreReportedAsTypeErrors) {
-    writeBytes(folder_.path() / "receiversamples.json",
-               "{\"samples\":[],\"time\":\"2024-xx-07 09:05:01\"}");
+    folder_.put("receiversamples.json", "{\"samples\":[],\"time\":\"2024-xx-07 09:05:01\"}");
     auto outcomeOf = [&](const std::function<void(nlohmann::json&)>& take) {
         CapturedStderr err;
         const ReadOutcome outcome =
@@ -135,8 +112,8 @@ TEST_F(ConfigFile, OtherFailuresWhileTakingAreReportedAsTypeErrors) {
 TEST_F(ConfigFile, LockThatCantBeHadStopsTheWriteAndTheRead) {
     CapturedStderr err;
     EXPECT_FALSE(writeConfigFile(badLockName, pathOf("x.json"), "x"));
-    EXPECT_FALSE(std::filesystem::exists(folder_.path() / "x.json"));
-    writeBytes(folder_.path() / "x.json", "{}");
+    EXPECT_FALSE(std::filesystem::exists(folder_.file("x.json")));
+    folder_.put("x.json", "{}");
     bool taken = false;
     EXPECT_EQ(readConfigFile({badLockName, pathOf("x.json"), "loadConfig"},
                              [&](nlohmann::json&) { taken = true; }),

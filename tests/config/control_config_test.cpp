@@ -2,33 +2,19 @@
 
 #include <gtest/gtest.h>
 
-#include "support/text_file.h"
-#include "support/captured_stderr.h"
-#include "support/temp_dir.h"
+#include "config_folder.h"
 
 namespace vx::config {
 namespace {
 
-using test::readText;
-using test::writeFileBytes;
+const char* const fileName = "vx_control_config.json";
 
-class ControlConfigFile : public ::testing::Test {
+class ControlConfigFile : public test::ConfigFileTest {
 protected:
-    std::string dir() const { return folder_.path().string(); }
-    std::filesystem::path file() const { return folder_.path() / "vx_control_config.json"; }
-
     bool loadText(const std::string& text, ControlSrvConfig& config)
     {
-        writeFileBytes(file(), text);
-        test::CapturedStderr err;
-        const bool ok = loadControlGlobal(dir(), config);
-        errors_ = err.text();
-        return ok;
+        return loadWith(fileName, text, [&] { return loadControlGlobal(dir(), config); });
     }
-
-    test::RuntimeSandbox runtime_;
-    test::TempDir folder_;
-    std::string errors_;
 };
 
 TEST_F(ControlConfigFile, AMissingFileGetsTheDefaults)
@@ -36,12 +22,12 @@ TEST_F(ControlConfigFile, AMissingFileGetsTheDefaults)
     ControlSrvConfig config;
     test::CapturedStderr err;
     ASSERT_TRUE(loadControlGlobal(dir(), config));
-    EXPECT_EQ(readText(file()), controlConfigText(ControlSrvConfig{}));   // the golden file's bytes
+    EXPECT_EQ(folder_.bytes(fileName), controlConfigText(ControlSrvConfig{}));   // the golden file's bytes
     EXPECT_EQ(err.text(), "");   // no safety copy for this file
-    EXPECT_FALSE(std::filesystem::exists(folder_.path() / "vx_control_config.json.tmp"));
+    EXPECT_FALSE(std::filesystem::exists(folder_.file("vx_control_config.json.tmp")));
 }
 
-TEST_F(ControlConfigFile, OldAndOddFiles)
+TEST_F(ControlConfigFile, OldOddAndCorruptFiles)
 {
     {
         // An empty object: the record keeps what it holds.
@@ -60,12 +46,8 @@ TEST_F(ControlConfigFile, OldAndOddFiles)
         EXPECT_EQ(config.modeDB, 9);
         EXPECT_EQ(config.port, -1);
     }
-}
-
-TEST_F(ControlConfigFile, ACorruptFileStillCountsAsLoaded)
-{
     {
-        // Read up to the bad key, then the type error; still true.
+        // Read up to the bad key, then the type error; still loaded.
         ControlSrvConfig config;
         EXPECT_TRUE(loadText("{\"port\":7000,\"modeDB\":\"x\",\"httpLogger\":true}", config));
         EXPECT_EQ(errors_, "[VX2S] loadControlGlobal parse error type \n");
@@ -77,12 +59,9 @@ TEST_F(ControlConfigFile, ACorruptFileStillCountsAsLoaded)
         EXPECT_TRUE(loadText("{\"port\":70", config));
         EXPECT_EQ(errors_, "[VX2S] loadControlGlobal parse error at byte 11\n");
         EXPECT_EQ(config.port, 1235);
-        EXPECT_EQ(readText(file()), "{\"port\":70");   // not rewritten
+        EXPECT_EQ(folder_.bytes(fileName), "{\"port\":70");   // not rewritten
     }
-}
-
-TEST_F(ControlConfigFile, OnlyAFileThatWontOpenIsAFailure)
-{
+    // Only a file that won't open is a failure.
     ControlSrvConfig config;
     test::CapturedStderr err;
     EXPECT_FALSE(loadControlGlobal(dir() + "/missing", config));

@@ -4,32 +4,18 @@
 
 #include "config/text_codec.h"
 #include "config/token_cipher.h"
-#include "support/text_file.h"
-#include "support/captured_stderr.h"
-#include "support/temp_dir.h"
+#include "config_folder.h"
 
 namespace vx::config {
 namespace {
 
-using test::readText;
-using test::writeFileBytes;
-
-class MessengerConfigFile : public ::testing::Test {
+class MessengerConfigFile : public test::ConfigFileTest {
 protected:
-    std::string dir() const { return folder_.path().string(); }
-    std::filesystem::path file() const { return folder_.path() / messengersConfigFileName; }
-
+    std::string written() const { return folder_.bytes(messengersConfigFileName); }
     void loadText(const std::string& text, MessengersConfig& config, std::int32_t controlPort = 1235)
     {
-        writeFileBytes(file(), text);
-        test::CapturedStderr err;
-        loadMessengers(dir(), config, controlPort);
-        errors_ = err.text();
+        loadWith(messengersConfigFileName, text, [&] { loadMessengers(dir(), config, controlPort); });
     }
-
-    test::RuntimeSandbox runtime_;
-    test::TempDir folder_;
-    std::string errors_;
 };
 
 TEST_F(MessengerConfigFile, FirstReadWritesTheDefaultFile)
@@ -38,7 +24,7 @@ TEST_F(MessengerConfigFile, FirstReadWritesTheDefaultFile)
     test::CapturedStderr err;
     loadMessengers(dir(), config, 1235);
     EXPECT_EQ(err.text(), "");
-    EXPECT_EQ(readText(file()), messengersConfigText(MessengersConfig{}));   // the golden file's shape
+    EXPECT_EQ(written(), messengersConfigText(MessengersConfig{}));   // the golden file's shape
     EXPECT_EQ(config.port, 1236);
     EXPECT_FALSE(config.on);
     EXPECT_TRUE(config.channels[0].delaySame);
@@ -107,7 +93,7 @@ TEST_F(MessengerConfigFile, UndecipherableTokenIsLostAtTheNextSave)
     MessengersConfig config;
     loadText("{\"channels\":[{\"token\":\"" + std::string(32, 'a') + "\"}]}", config);
     saveMessengers(dir(), config);
-    EXPECT_NE(readText(file()).find("\t\t\"token\":\"\",\n"), std::string::npos);
+    EXPECT_NE(written().find("\t\t\"token\":\"\",\n"), std::string::npos);
 }
 
 TEST_F(MessengerConfigFile, ReaderTable)
@@ -165,7 +151,7 @@ TEST_F(MessengerConfigFile, ReaderTable)
         loadText(c.text, config, c.controlPort);
         EXPECT_EQ(errors_, c.errors);
         c.check(config);
-        EXPECT_EQ(readText(file()), c.text) << "a read never rewrites an existing file";
+        EXPECT_EQ(written(), c.text) << "a read never rewrites an existing file";
     }
 }
 

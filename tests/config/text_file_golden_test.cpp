@@ -24,7 +24,7 @@
 #include "maintenance/log_buffer.h"
 #include "platform/paths.h"
 #include "camera_away_record.h"
-#include "white_list_test_files.h"
+#include "config_folder.h"
 
 namespace vx::config {
 namespace {
@@ -90,7 +90,7 @@ void writeLog(const ConfigFolder& folder, const std::string& name) {
 
 // The file's bytes as they are, line ends included (the folder's bytes()
 // reads them as text).
-std::string exactBytes(const fs::path& path) { return vx::test::readFileBytes(path); }
+using vx::test::readFileBytes;
 
 struct GoldenFile {
     std::string name;   // the file the writer makes, and its golden file
@@ -104,7 +104,14 @@ struct GoldenFile {
     std::string goldenName() const { return golden.empty() ? name : golden; }
 };
 
-// One list of a table of its own, read from `file` by `read` and saved again.
+// One list in a table of its own, saved.
+void writeList(const ConfigFolder& f, const WhiteList& list) {
+    WhiteListTable table;
+    table.lists = {list};
+    ASSERT_TRUE(saveWhiteList(table, f.dir(), 0));
+}
+
+// One list of a table of its own, read from `file` and saved again.
 void rereadList(const ConfigFolder& f, const std::string& file, bool extended) {
     WhiteListTable table;
     table.lists.resize(1);
@@ -142,6 +149,12 @@ RecognitionSrvConfig awayRecognition() {
     c.detectConfPerson = 0.35f;
     c.detectConfVehicle = 0.05f;
     return c;
+}
+
+void rereadCamera(const ConfigFolder& f, std::int32_t id, std::int32_t recogPort, std::int32_t controlPort) {
+    CameraConfig c;
+    ASSERT_TRUE(loadCamera(cameraFilePath(f.dir(), id), c, 300));
+    ASSERT_TRUE(saveCamera(cameraFilePath(f.dir(), id), c, recogPort, controlPort));
 }
 
 void rereadRecognition(const ConfigFolder& f) {
@@ -197,20 +210,12 @@ const GoldenFile goldenFiles[] = {
          c.common.videoChunk = 600;   // a 0 would read back as the main config's
          ASSERT_TRUE(saveCamera(cameraFilePath(f.dir(), 1), c, 1234, 1235));
      },
-     [](const ConfigFolder& f) {
-         CameraConfig c;
-         ASSERT_TRUE(loadCamera(cameraFilePath(f.dir(), 1), c, 300));
-         ASSERT_TRUE(saveCamera(cameraFilePath(f.dir(), 1), c, 1234, 1235));
-     }},
+     [](const ConfigFolder& f) { rereadCamera(f, 1, 1234, 1235); }},
     {"vx_stream7.json",
      [](const ConfigFolder& f) {
          ASSERT_TRUE(saveCamera(cameraFilePath(f.dir(), 7), awayFromDefaults(), 4000, 4001));
      },
-     [](const ConfigFolder& f) {
-         CameraConfig c;
-         ASSERT_TRUE(loadCamera(cameraFilePath(f.dir(), 7), c, 300));
-         ASSERT_TRUE(saveCamera(cameraFilePath(f.dir(), 7), c, 4000, 4001));
-     }},
+     [](const ConfigFolder& f) { rereadCamera(f, 7, 4000, 4001); }},
     {"vx_recog_config_srv.json",
      [](const ConfigFolder& f) { ASSERT_TRUE(saveRecogGlobal(f.dir(), RecognitionSrvConfig{})); }, rereadRecognition},
     {"vx_recog_config_srv.json",
@@ -270,26 +275,11 @@ const GoldenFile goldenFiles[] = {
          ASSERT_EQ(loadWhiteListsList(table, f.dir()), ReadOutcome::done);
          ASSERT_TRUE(saveWhiteListsList(table, f.dir()));
      }},
-    {"list1.list.csv",
-     [](const ConfigFolder& f) {
-         WhiteListTable table;
-         table.lists = {plainList("list1.list.csv", false)};
-         ASSERT_TRUE(saveWhiteList(table, f.dir(), 0));
-     },
+    {"list1.list.csv", [](const ConfigFolder& f) { writeList(f, plainList("list1.list.csv", false)); },
      [](const ConfigFolder& f) { rereadList(f, "list1.list.csv", false); }},
-    {"list2.list.csv",
-     [](const ConfigFolder& f) {
-         WhiteListTable table;
-         table.lists = {plainList("list2.list.csv", true)};
-         ASSERT_TRUE(saveWhiteList(table, f.dir(), 0));
-     },
+    {"list2.list.csv", [](const ConfigFolder& f) { writeList(f, plainList("list2.list.csv", true)); },
      [](const ConfigFolder& f) { rereadList(f, "list2.list.csv", false); }},
-    {"list3.list.json",
-     [](const ConfigFolder& f) {
-         WhiteListTable table;
-         table.lists = {extendedList()};
-         ASSERT_TRUE(saveWhiteList(table, f.dir(), 0));
-     },
+    {"list3.list.json", [](const ConfigFolder& f) { writeList(f, extendedList()); },
      [](const ConfigFolder& f) { rereadList(f, "list3.list.json", true); }},
     {"VexlaneLog.txt", [](const ConfigFolder& f) { writeLog(f, "VexlaneLog.txt"); }},
 };
@@ -313,9 +303,9 @@ TEST(TextFileGolden, EveryFileKindIsWrittenByteForByteAsThePlatformWritesIt)
         SCOPED_TRACE(golden.goldenName());
         ConfigFolder folder;
         golden.write(folder);
-        const std::string written = withFixedStamps(exactBytes(folder.file(golden.name)));
-        if (update) test::writeBytes(goldenDir / golden.goldenName(), written);
-        EXPECT_EQ(written, exactBytes(goldenDir / golden.goldenName()));
+        const std::string written = withFixedStamps(readFileBytes(folder.file(golden.name)));
+        if (update) vx::test::writeFileBytes(goldenDir / golden.goldenName(), written);
+        EXPECT_EQ(written, readFileBytes(goldenDir / golden.goldenName()));
     }
 }
 
@@ -339,12 +329,12 @@ TEST(TextFileGolden, EveryReaderTakesBothLineEnds)
     for (const GoldenFile& golden : goldenFiles) {
         if (!golden.reread) continue;
         SCOPED_TRACE(golden.goldenName());
-        const std::string expected = exactBytes(goldenDir / golden.goldenName());
+        const std::string expected = readFileBytes(goldenDir / golden.goldenName());
         ConfigFolder folder;
         for (const std::string& input : {expected, withOtherLineEnds(expected)}) {
             folder.put(golden.name, input);
             golden.reread(folder);
-            EXPECT_EQ(exactBytes(folder.file(golden.name)), expected);
+            EXPECT_EQ(readFileBytes(folder.file(golden.name)), expected);
         }
     }
 }

@@ -7,7 +7,7 @@
 
 #include "config/text_codec.h"
 #include "config/white_list_file.h"
-#include "white_list_test_files.h"
+#include "config_folder.h"
 
 namespace vx::config {
 namespace {
