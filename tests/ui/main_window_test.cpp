@@ -3,24 +3,23 @@
 
 #include <QAction>
 #include <QApplication>
-#include <thread>
-#include <chrono>
-#include <atomic>
-#include <memory>
-#include <QTimer>
-#include <QEventLoop>
 #include <QCloseEvent>
-#include <QMenuBar>
-#include <QPushButton>
-#include <QStatusBar>
+#include <QEventLoop>
 #include <QMessageBox>
 #include <QMouseEvent>
+#include <QPushButton>
+#include <QStatusBar>
+#include <QTimer>
+#include <atomic>
+#include <chrono>
 #include <functional>
+#include <memory>
+#include <thread>
 
 #include "platform/process.h"
+#include "support/qt_application.h"
 #include "support/temp_dir.h"
 #include "support/time_scale.h"
-#include "support/qt_application.h"
 #include "ui/qt/main_window.h"
 #include "ui/qt/qt_text.h"
 #include "ui/qt/tile_view.h"
@@ -30,35 +29,32 @@ using namespace vx::ui;
 
 namespace {
 
-QApplication& application() { return test::qtApplication(); }
-
-// The window's timer thread is detached and keeps a reference to its state,
-// so each test's state lives on after the test.
-core::AppState& freshState(const std::filesystem::path& base)
+// Runs the event loop until `done` holds or `ms` have passed.
+bool spinUntil(const std::function<bool()>& done, int ms)
 {
-    auto* state = new core::AppState;
-    state->baseDirectory = base;
-    state->ConfigDirectory = base.string() + "/configs";
-    return *state;
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::milliseconds(ms);
+    while (!done() && std::chrono::steady_clock::now() < deadline)
+        QApplication::processEvents(QEventLoop::AllEvents, 20);
+    return done();
 }
 
-QString text(QWidget* w)
-{
-    auto* button = qobject_cast<QPushButton*>(w);
-    return button ? button->text() : QString();
-}
+QPushButton* button(MainWindow& window, int id) { return qobject_cast<QPushButton*>(window.control(id)); }
 
 class MainWindowTest : public ::testing::Test {
 protected:
     void SetUp() override
     {
-        application();
+        test::qtApplication();
         std::filesystem::create_directories(base_.path() / "configs");
+        // The window's timer thread is detached and keeps a reference to
+        // its state, so each test's state lives on after the test.
+        state_ = new core::AppState;
+        state_->baseDirectory = base_.path();
+        state_->ConfigDirectory = base_.path().string() + "/configs";
     }
-    // A created window over a fresh state, quitting nowhere.
+    // A created window over the test's state, quitting nowhere.
     MainWindow& created()
     {
-        state_ = &freshState(base_.path());
         window_ = std::make_unique<MainWindow>(*state_);
         window_->setTeardownPause(0);
         window_->setQuitAction([] {});
@@ -73,7 +69,7 @@ protected:
 
 } // namespace
 
-TEST_F(MainWindowTest, ShowsTheTitleButtonsMenusAndZoneAndOnlyTheMenuEnds)
+TEST_F(MainWindowTest, ShowsTheTitleButtonsMenusAndZoneRunsTheButtonsAndOnlyTheMenuEnds)
 {
     MainWindow& window = created();
     core::AppState& state = *state_;
@@ -83,15 +79,14 @@ TEST_F(MainWindowTest, ShowsTheTitleButtonsMenusAndZoneAndOnlyTheMenuEnds)
         {idWatch, "Контроль"},         {idControl, "Управление"},     {idLists, "Списки"},
         {idMessengers, "Мессенджеры"}, {idJournal, "Журнал"}};
     for (const auto& [id, caption] : buttons) {
-        ASSERT_NE(window.control(id), nullptr) << id;
-        EXPECT_EQ(text(window.control(id)), literal(caption)) << id;
-        EXPECT_FALSE(qobject_cast<QPushButton*>(window.control(id))->icon().isNull()) << id;
+        ASSERT_NE(button(window, id), nullptr) << id;
+        EXPECT_EQ(button(window, id)->text(), literal(caption)) << id;
+        EXPECT_FALSE(button(window, id)->icon().isNull()) << id;
     }
-    EXPECT_NE(window.control(idTileArea), nullptr);
     EXPECT_FALSE(window.control(idServicePanel)->isEnabled());
-    EXPECT_EQ(text(window.control(idServicePanel)),
+    EXPECT_EQ(button(window, idServicePanel)->text(),
               literal("Анализ:Стоп\nКонтроль:Стоп\nУправление:Стоп\nМессендж:Стоп"));
-    EXPECT_EQ(text(window.control(idStreamPanel)), literal("Всего:0\nЗапущенных:0\nПланированно:0"));
+    EXPECT_EQ(button(window, idStreamPanel)->text(), literal("Всего:0\nЗапущенных:0\nПланированно:0"));
 
     const std::vector<std::pair<int, const char*>> menu{
         {idMenuOpenSystemLog, "Открыть папку системного журнала"},
@@ -112,7 +107,6 @@ TEST_F(MainWindowTest, ShowsTheTitleButtonsMenusAndZoneAndOnlyTheMenuEnds)
     EXPECT_GE(area->zone().width(), 640);
     EXPECT_GE(area->zone().height(), 480);
     EXPECT_EQ(area->zone().width() % 4, 0);
-
     state.status.set("busy");
     window.statusBar()->showMessage("busy");
     QMouseEvent press(QEvent::MouseButtonPress, QPointF(2, 2), QPointF(area->mapToGlobal(QPoint(2, 2))), Qt::LeftButton,
@@ -120,6 +114,22 @@ TEST_F(MainWindowTest, ShowsTheTitleButtonsMenusAndZoneAndOnlyTheMenuEnds)
     QCoreApplication::sendEvent(area, &press);
     EXPECT_EQ(state.status.get(), "");
     EXPECT_TRUE(window.statusBar()->currentMessage().isEmpty());
+
+    // The global commands reach the real service workers; no process is
+    // looked for, started or ended from here.
+    window.services().process.find = [](const std::string&) { return 0L; };
+    window.services().process.start = [](const platform::ProcessStartInfo&) { return nullptr; };
+    window.services().sleep = [](int) {};
+    int saves = 0;
+    window.actions().saveMainConfig = [&] { ++saves; return true; };
+    button(window, idStartAll)->click();
+    EXPECT_TRUE(state.liveMainConfig.startStatus);
+    EXPECT_EQ(window.statusBar()->currentMessage(), literal("Запущено всё!"));
+    button(window, idStopAll)->click();
+    EXPECT_FALSE(state.liveMainConfig.startStatus);
+    EXPECT_EQ(window.statusBar()->currentMessage(), literal("Остановлено всё!"));
+    EXPECT_EQ(saves, 2);
+    state.pendingTasks.waitAll();
 
     // The close box minimises; only the menu ends.
     window.show();
@@ -129,32 +139,10 @@ TEST_F(MainWindowTest, ShowsTheTitleButtonsMenusAndZoneAndOnlyTheMenuEnds)
     EXPECT_TRUE(window.isMinimized());
     EXPECT_TRUE(state.minimised);
     EXPECT_FALSE(state.shuttingDown);
-
     window.showNormal();
     EXPECT_FALSE(state.minimised);
     window.menuAction(idMenuExit)->trigger();
     EXPECT_TRUE(state.shuttingDown);
-}
-
-TEST_F(MainWindowTest, StartAndStopButtonsRunTheGlobalCommands)
-{
-    MainWindow& window = created();
-    core::AppState& state = *state_;
-    // The commands reach the real service workers; no process is looked for,
-    // started or ended from here, so no other test's services are touched.
-    window.services().process.find = [](const std::string&) { return 0L; };
-    window.services().process.start = [](const platform::ProcessStartInfo&) { return nullptr; };
-    window.services().sleep = [](int) {};
-    int saves = 0;
-    window.actions().saveMainConfig = [&] { ++saves; return true; };
-    qobject_cast<QPushButton*>(window.control(idStartAll))->click();
-    EXPECT_TRUE(state.liveMainConfig.startStatus);
-    EXPECT_EQ(window.statusBar()->currentMessage(), literal("Запущено всё!"));
-    qobject_cast<QPushButton*>(window.control(idStopAll))->click();
-    EXPECT_FALSE(state.liveMainConfig.startStatus);
-    EXPECT_EQ(window.statusBar()->currentMessage(), literal("Остановлено всё!"));
-    EXPECT_EQ(saves, 2);
-    state.pendingTasks.waitAll();
 }
 
 TEST_F(MainWindowTest, WindowAnswersWhileTheWatchIsStartingServices)
@@ -162,9 +150,9 @@ TEST_F(MainWindowTest, WindowAnswersWhileTheWatchIsStartingServices)
     MainWindow& window = created();
     core::AppState& state = *state_;
     // Every service is missing and each start blocks the timer thread for a
-    // while, as a start routine does while it watches its service.
-    // The count is shared with the timer thread, which may still be in a
-    // watch pass when the test has ended.
+    // while, as a start routine does while it watches its service. The count
+    // is shared with the timer thread, which may still be in a watch pass
+    // when the test has ended.
     auto starts = std::make_shared<std::atomic<int>>(0);
     window.services().process.find = [](const std::string&) { return 0L; };
     window.services().process.start = [starts](const platform::ProcessStartInfo&) {
@@ -199,28 +187,12 @@ TEST_F(MainWindowTest, WindowAnswersWhileTheWatchIsStartingServices)
     state.shuttingDown = true;
 }
 
-namespace {
-
-// Runs the event loop until `done` holds or `ms` have passed.
-bool spinUntil(const std::function<bool()>& done, int ms)
-{
-    const auto deadline = std::chrono::steady_clock::now() + std::chrono::milliseconds(ms);
-    while (!done() && std::chrono::steady_clock::now() < deadline)
-        QApplication::processEvents(QEventLoop::AllEvents, 20);
-    return done();
-}
-
-} // namespace
-
 TEST_F(MainWindowTest, OnlyTheOperatorsMoveOrResizeIsRemembered)
 {
-    core::AppState& state = freshState(base_.path());
-    state.liveMainConfig.wWindow = 900;
-    state.liveMainConfig.hWindow = 700;
-    MainWindow window(state);
-    window.setTeardownPause(0);
-    window.setQuitAction([] {});
-    ASSERT_TRUE(window.create());
+    state_->liveMainConfig.wWindow = 900;
+    state_->liveMainConfig.hWindow = 700;
+    MainWindow& window = created();
+    const config::MainConfig& live = state_->liveMainConfig;
     int saves = 0;
     window.actions().saveMainConfig = [&] { ++saves; return true; };
     // The first show and the placement from the config move and size the
@@ -231,25 +203,22 @@ TEST_F(MainWindowTest, OnlyTheOperatorsMoveOrResizeIsRemembered)
 
     window.move(window.x() + 37, window.y() + 21);
     ASSERT_TRUE(spinUntil([&] { return saves == 1; }, test::scaledMs(5000)));
-    EXPECT_EQ(state.liveMainConfig.xWindow, window.frameGeometry().x());
-    EXPECT_EQ(state.liveMainConfig.yWindow, window.frameGeometry().y());
+    EXPECT_EQ(live.xWindow, window.frameGeometry().x());
+    EXPECT_EQ(live.yWindow, window.frameGeometry().y());
     window.resize(window.width() + 40, window.height() + 30);
     ASSERT_TRUE(spinUntil([&] { return saves == 2; }, test::scaledMs(5000)));
-    EXPECT_EQ(state.liveMainConfig.wWindow, window.frameGeometry().width());
-    EXPECT_EQ(state.liveMainConfig.hWindow, window.frameGeometry().height());
+    EXPECT_EQ(live.wWindow, window.frameGeometry().width());
+    EXPECT_EQ(live.hWindow, window.frameGeometry().height());
     spinUntil([] { return false; }, 600);
     EXPECT_EQ(saves, 2) << "one save per move or resize";
-    state.shuttingDown = true;
+    state_->shuttingDown = true;
 }
 
 TEST_F(MainWindowTest, AnEndRequestClosesTheOpenBoxThenTearsDown)
 {
-    core::AppState& state = freshState(base_.path());
-    MainWindow window(state);
-    window.setTeardownPause(0);
+    MainWindow& window = created();
     int quits = 0;
     window.setQuitAction([&] { ++quits; });
-    ASSERT_TRUE(window.create());
     window.show();
     QMessageBox box(QMessageBox::Critical, "Сообщение", "...", QMessageBox::Ok, &window);
     QTimer::singleShot(100, &window, [&] { window.endOnRequest(); });
@@ -259,5 +228,5 @@ TEST_F(MainWindowTest, AnEndRequestClosesTheOpenBoxThenTearsDown)
     box.exec();
     EXPECT_FALSE(leftOpen);
     EXPECT_TRUE(spinUntil([&] { return quits == 1; }, 5000));
-    EXPECT_TRUE(state.shuttingDown);
+    EXPECT_TRUE(state_->shuttingDown);
 }

@@ -1,17 +1,21 @@
-// The tile area widget: it shows the newest zone and reports the mouse.
+// The tile area widget: it shows the newest zone, handed to it as an image
+// over the picture's own pixels, and reports the mouse.
 #include <gtest/gtest.h>
 
 #include <QApplication>
 #include <QMouseEvent>
 
+#include "imaging/picture_ops.h"
 #include "support/qt_application.h"
 #include "ui/qt/tile_view.h"
+#include "ui/qt/zone_image.h"
 
+using namespace vx;
 using vx::ui::TileView;
 
 namespace {
 
-QApplication& app() { return vx::test::qtApplication(); }
+QApplication& app() { return test::qtApplication(); }
 
 QImage plain(QColor colour)
 {
@@ -57,4 +61,21 @@ TEST(TileView, ReportsMovesAndLeftClicksOnly)
     EXPECT_EQ(moves[0], QPoint(10, 20));
     ASSERT_EQ(clicks.size(), 1u);
     EXPECT_EQ(clicks[0], QPoint(50, 60));
+}
+
+TEST(TileView, TheZoneImageSharesThePixelsAndKeepsThemAlive)
+{
+    QImage image;
+    const uchar* data = nullptr;
+    {
+        imaging::Picture zone = imaging::makePicture(6, 4, 3);
+        imaging::fill(zone, {1, 2, 3});
+        data = zone.data;
+        image = ui::zoneImage(zone);
+    }
+    ASSERT_FALSE(image.isNull());
+    EXPECT_EQ(image.constBits(), data);
+    EXPECT_EQ(image.size(), QSize(6, 4));
+    EXPECT_EQ(image.pixelColor(5, 3), QColor(3, 2, 1));
+    EXPECT_TRUE(ui::zoneImage(imaging::makePicture(2, 2, 4)).isNull());
 }

@@ -7,21 +7,12 @@
 #include <thread>
 
 #include "platform/process_command_line.h"
+#include "platform/win32/wide_text.h"
 
 namespace vx::test {
 namespace {
 
 using Clock = std::chrono::steady_clock;
-
-std::wstring wide(const std::string& text)
-{
-    if (text.empty())
-        return {};
-    const int n = ::MultiByteToWideChar(CP_UTF8, 0, text.data(), static_cast<int>(text.size()), nullptr, 0);
-    std::wstring out(static_cast<std::size_t>(n), L'\0');
-    ::MultiByteToWideChar(CP_UTF8, 0, text.data(), static_cast<int>(text.size()), out.data(), n);
-    return out;
-}
 
 HANDLE asHandle(long value)
 {
@@ -58,7 +49,7 @@ std::unique_ptr<ChildProcess> ChildProcess::start(const std::filesystem::path& p
     const std::u8string programText = program.u8string();
     std::vector<std::string> words{std::string(programText.begin(), programText.end())};
     words.insert(words.end(), arguments.begin(), arguments.end());
-    std::wstring commandLine = wide(platform::joinCommandLine(words));
+    std::wstring commandLine = platform::win32::widen(platform::joinCommandLine(words));
 
     STARTUPINFOW startup{};
     startup.cb = sizeof startup;

@@ -9,38 +9,22 @@
 #include <fstream>
 #include <vector>
 
+#include "platform/win32/wide_text.h"
+
 namespace vx::test {
 
 namespace {
 
 using Clock = std::chrono::steady_clock;
 
-std::wstring wide(const std::string& text)
-{
-    if (text.empty())
-        return {};
-    const int n = ::MultiByteToWideChar(CP_UTF8, 0, text.data(), static_cast<int>(text.size()), nullptr, 0);
-    std::wstring out(static_cast<std::size_t>(n), L'\0');
-    ::MultiByteToWideChar(CP_UTF8, 0, text.data(), static_cast<int>(text.size()), out.data(), n);
-    return out;
-}
-
-std::string utf8(const std::wstring& text)
-{
-    if (text.empty())
-        return {};
-    const int n = ::WideCharToMultiByte(CP_UTF8, 0, text.data(), static_cast<int>(text.size()), nullptr, 0, nullptr,
-                                        nullptr);
-    std::string out(static_cast<std::size_t>(n), '\0');
-    ::WideCharToMultiByte(CP_UTF8, 0, text.data(), static_cast<int>(text.size()), out.data(), n, nullptr, nullptr);
-    return out;
-}
+using platform::win32::narrow;
+using platform::win32::widen;
 
 std::string windowText(HWND window)
 {
     wchar_t text[4096] = {};
     ::SendMessageW(window, WM_GETTEXT, 4096, reinterpret_cast<LPARAM>(text));
-    return utf8(text);
+    return narrow(text);
 }
 
 struct Search {
@@ -49,16 +33,20 @@ struct Search {
     HWND found = nullptr;
 };
 
+// A visible dialog (class #32770) of `process`.
+bool isDialogOf(HWND window, DWORD process)
+{
+    DWORD owner = 0;
+    ::GetWindowThreadProcessId(window, &owner);
+    wchar_t kind[16] = {};
+    ::GetClassNameW(window, kind, 16);
+    return owner == process && std::wstring(kind) == L"#32770" && ::IsWindowVisible(window);
+}
+
 BOOL CALLBACK findOurs(HWND window, LPARAM context)
 {
     auto* search = reinterpret_cast<Search*>(context);
-    DWORD process = 0;
-    ::GetWindowThreadProcessId(window, &process);
-    if (process != search->process || !::IsWindowVisible(window))
-        return TRUE;
-    wchar_t kind[16] = {};
-    ::GetClassNameW(window, kind, 16);
-    if (std::wstring(kind) != L"#32770")
+    if (!isDialogOf(window, search->process))
         return TRUE;
     wchar_t title[512] = {};
     ::GetWindowTextW(window, title, 512);
@@ -78,11 +66,7 @@ HWND findDialog(DWORD process, const std::wstring& title)
 
 BOOL CALLBACK cancelOne(HWND window, LPARAM any)
 {
-    DWORD process = 0;
-    ::GetWindowThreadProcessId(window, &process);
-    wchar_t kind[16] = {};
-    ::GetClassNameW(window, kind, 16);
-    if (process == ::GetCurrentProcessId() && std::wstring(kind) == L"#32770" && ::IsWindowVisible(window)) {
+    if (isDialogOf(window, ::GetCurrentProcessId())) {
         ::PostMessageW(window, WM_COMMAND, IDCANCEL, 0);
         *reinterpret_cast<bool*>(any) = true;
     }
@@ -111,7 +95,7 @@ HWND waitForDialog(const char* title, std::chrono::milliseconds limit)
 
 HWND waitForDialogOf(DWORD process, const char* title, std::chrono::milliseconds limit)
 {
-    const std::wstring wanted = wide(title);
+    const std::wstring wanted = widen(title);
     const auto end = Clock::now() + limit;
     while (Clock::now() < end) {
         if (HWND found = findDialog(process, wanted))
@@ -143,7 +127,7 @@ bool waitGone(HWND window, std::chrono::milliseconds limit)
 
 void typeText(HWND dialog, int id, const char* text)
 {
-    ::SendMessageW(::GetDlgItem(dialog, id), WM_SETTEXT, 0, reinterpret_cast<LPARAM>(wide(text).c_str()));
+    ::SendMessageW(::GetDlgItem(dialog, id), WM_SETTEXT, 0, reinterpret_cast<LPARAM>(widen(text).c_str()));
 }
 
 std::string shownText(HWND dialog, int id)
