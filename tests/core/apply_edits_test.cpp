@@ -26,17 +26,6 @@ config::MainConfig readMain(const std::string& folder)
 
 } // namespace
 
-TEST(ApplyEdits, FreeAreaAndTheConsoleRowDoNothing)
-{
-    test::EditWorld w;
-    w.addStream(0, cp("Въезд"));
-    w.state.status.set("before");
-    w.click(0, -1);
-    w.click(0, zoneConsole);   // the console's row is no zone of a tile
-    EXPECT_EQ(w.calls, Calls{});
-    EXPECT_EQ(w.state.status.get(), "before");
-}
-
 TEST(ApplyEdits, AddTileRefusesTheHundredAndFirstStreamBeforeAnyDialog)
 {
     test::EditWorld w;
@@ -82,7 +71,8 @@ TEST(ApplyEdits, AddTileWritesTheNewStreamAndTellsTheControlService)
     EXPECT_EQ(w.state.pendingTasks.size(), 1);
 }
 
-TEST(ApplyEdits, StartAndStopFollowTheRunningFlag)
+// Start and stop follow the running flag; recognition restarts a running stream.
+TEST(ApplyEdits, StartStopAndRecognitionFollowTheRunningFlag)
 {
     test::EditWorld w;
     w.addStream(0, cp("Въезд"));
@@ -90,8 +80,10 @@ TEST(ApplyEdits, StartAndStopFollowTheRunningFlag)
     EXPECT_EQ(w.state.status.get(), cp("Отправлена команда запуска видеопотока с именем Въезд"));
     w.setRunning(0, true);
     w.click(0, 0);
-    EXPECT_EQ(w.calls, (Calls{"task", "start 0", "task", "stop 0"}));
     EXPECT_EQ(w.state.status.get(), cp("Отправлена команда остановки видеопотока с именем Въезд"));
+    w.click(0, 2);
+    EXPECT_EQ(w.calls, (Calls{"task", "start 0", "task", "stop 0", "recognition dialog", "task", "restart 0"}));
+    EXPECT_EQ(w.state.status.get(), cp("Изменены параметры распознавания видеопотока Въезд"));
 }
 
 TEST(ApplyEdits, StreamSettingsTakeTheFileAndRestartOnlyForRestartFields)
@@ -134,18 +126,6 @@ TEST(ApplyEdits, StreamSettingsTakeTheFileAndRestartOnlyForRestartFields)
     w.click(0, 1);
     EXPECT_FLOAT_EQ(w.readFile(0).common.fps, 3.0f);
     EXPECT_FLOAT_EQ(w.state.streams.getConfig(0).fps, 3.0f);
-}
-
-TEST(ApplyEdits, VanishedFileKeepsTheTableAndIsWrittenAgain)
-{
-    test::EditWorld w;
-    w.addStream(2, cp("Въезд"), "rtsp://table");
-    std::filesystem::remove(config::cameraFilePath(w.configs(), 2));
-    std::string shownPath;
-    w.streamDialog = [&](ScratchCommon& s) { shownPath = s.videoPath; return true; };
-    w.click(0, 1);
-    EXPECT_EQ(shownPath, "rtsp://table");
-    EXPECT_EQ(w.readFile(2).common.videoPath, "rtsp://table");
 }
 
 TEST(ApplyEdits, WindowToggleSignalsARunningStreamWithoutRestart)
@@ -230,16 +210,6 @@ TEST(ApplyEdits, PlannedFlagGoesToTheFileAndTheMainConfig)
     EXPECT_EQ(w.state.status.get(),
               cp("Теперь статус видеопотока является включенным - он будет перезапущен при повторном общем "
                  "запуске! Видеопоток Въезд"));
-}
-
-TEST(ApplyEdits, RecognitionRestartsARunningStream)
-{
-    test::EditWorld w;
-    w.addStream(0, cp("Въезд"));
-    w.setRunning(0, true);
-    w.click(0, 2);
-    EXPECT_EQ(w.calls, (Calls{"recognition dialog", "task", "restart 0"}));
-    EXPECT_EQ(w.state.status.get(), cp("Изменены параметры распознавания видеопотока Въезд"));
 }
 
 TEST(ApplyEdits, ReportWithoutControlServiceStillUpdatesItsConfig)

@@ -108,18 +108,6 @@ TEST_F(StartupStreams, AFailedNameShiftsThePlannedToggleOffItsStream)
                                    }));
 }
 
-TEST_F(StartupStreams, TheToggleLandsOnTheRecordAtThePosition)
-{
-    // With a record already in the table, position 0 is another stream's.
-    std::int32_t id = 40;
-    state_.streams.addStream(config::CameraCommon{}, {}, {}, id, true);
-    writeStream(7, "C", false);
-    state_.liveMainConfig.videoStreams = {"vx_stream7.json"};
-    loadStreams(state_);
-    EXPECT_EQ(state_.streams.collectIds(), (std::vector<std::int32_t>{40, 7}));
-    EXPECT_EQ(state_.streams.collectPlanned(), (std::vector<bool>{false, true}));
-}
-
 TEST_F(StartupStreams, AFullTableRefusesTheStreamWithAStatusText)
 {
     for (std::int32_t i = 0; i < maxStreams; ++i) {

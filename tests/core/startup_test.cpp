@@ -165,18 +165,6 @@ TEST_F(Startup, ACorruptControlConfigGoesOnWithoutAMessage)
     EXPECT_EQ(lines.back(), "[TRACE]loadControlGlobal ok!");
 }
 
-TEST_F(Startup, ALogFolderThatIsntThereLeavesTheManagerRunning)
-{
-    writeFileBytes(base() / "configs" / "vx_main_config.json",
-                   "{\"systemLogPath\":\"" + test::jsonPath(base() / "nowhere") +
-                       "\",\"videoStreams\":[],\"autoRunStreams\":[]}");
-    test::CapturedStderr err;
-    ASSERT_TRUE(runSteps());
-    EXPECT_EQ(err.text(), "Failed to open log file!\n");
-    EXPECT_FALSE(fs::exists(base() / "nowhere"));
-    EXPECT_TRUE(messages_.empty());
-}
-
 TEST_F(Startup, SaveMainConfigWritesTheLiveCopyWithTheTablesStreams)
 {
     writeFileBytes(base() / "configs" / "vx_main_config.json", minimalMainConfig);

@@ -1,8 +1,6 @@
 // The tick as the log and perf.txt see it, and the quota task on the manager's state.
 #include <gtest/gtest.h>
 
-#include <fstream>
-#include <sstream>
 #include <thread>
 
 #include "config/text_codec.h"
@@ -10,6 +8,7 @@
 #include "core/timer_thread.h"
 #include "core/video_quota.h"
 #include "maintenance/system_log.h"
+#include "supervision/service_test_support.h"
 #include "support/captured_stderr.h"
 #include "support/temp_dir.h"
 
@@ -17,40 +16,9 @@ using namespace vx;
 using namespace vx::core;
 namespace fs = std::filesystem;
 
-namespace {
-
-// The system log and perf.txt of one test, in a temporary folder.
-struct Logs {
-    test::TempDir dir;
-    explicit Logs(int level = 0)
-    {
-        maintenance::setSystemLog(
-            std::make_unique<maintenance::LogBuffer>(dir.path() / "log.txt", maintenance::LogMode::appendQuiet));
-        maintenance::systemLog()->setMinLevel(level);
-        maintenance::setPerfLog(
-            std::make_unique<maintenance::LogBuffer>(dir.path() / "perf.txt", maintenance::LogMode::appendQuiet));
-    }
-    ~Logs()
-    {
-        maintenance::setSystemLog(nullptr);
-        maintenance::setPerfLog(nullptr);
-    }
-    // The texts of a file's lines, without time stamps.
-    std::vector<std::string> lines(const char* name)
-    {
-        if (std::string(name) == "log.txt")
-            maintenance::setSystemLog(nullptr);   // flushed and closed
-        else
-            maintenance::setPerfLog(nullptr);
-        return test::logTexts(dir.path() / name);
-    }
-};
-
-} // namespace
-
 TEST(Tick, LogLinesOfOnTimerAndTheTimerThreadInOrder)
 {
-    Logs logs;
+    test::LogCapture log{0};
     AppState state;
     int served = 0;
     TimerHooks hooks;
@@ -60,24 +28,26 @@ TEST(Tick, LogLinesOfOnTimerAndTheTimerThreadInOrder)
         onTimer(state);
     };
     runTimerThread(state, hooks);
-    EXPECT_EQ(logs.lines("log.txt"), (std::vector<std::string>{
-                                         "[TRACE]Timer started!",
-                                         "[TRACE]onTimer",
-                                         "[DEBUG]updateCamera procedure!",
-                                         "[DEBUG]drawCamera procedure. Cameras:0",
-                                         "[DEBUG]updateCamera procedure end!",
-                                         "[TRACE]onTimer",
-                                         "[DEBUG]updateCamera procedure!",
-                                         "[DEBUG]drawCamera procedure. Cameras:0",
-                                         "[DEBUG]updateCamera procedure end!",
-                                         "[TRACE]onTimer",
-                                         "[TRACE]Timer finished!",
-                                     }));
+    EXPECT_EQ(log.lines(), (std::vector<std::string>{
+                               "[TRACE]Timer started!",
+                               "[TRACE]onTimer",
+                               "[DEBUG]updateCamera procedure!",
+                               "[DEBUG]drawCamera procedure. Cameras:0",
+                               "[DEBUG]updateCamera procedure end!",
+                               "[TRACE]onTimer",
+                               "[DEBUG]updateCamera procedure!",
+                               "[DEBUG]drawCamera procedure. Cameras:0",
+                               "[DEBUG]updateCamera procedure end!",
+                               "[TRACE]onTimer",
+                               "[TRACE]Timer finished!",
+                           }));
 }
 
 TEST(Tick, PerfSampleOnlyOfAKnownRateWithPerfLogOne)
 {
-    Logs logs(3);
+    test::TempDir dir;
+    maintenance::setPerfLog(
+        std::make_unique<maintenance::LogBuffer>(dir.path() / "perf.txt", maintenance::LogMode::appendQuiet));
     AppState state;
     state.liveMainConfig.perfLog = 1;
     statusPanelTexts(state);   // no answer yet
@@ -91,7 +61,8 @@ TEST(Tick, PerfSampleOnlyOfAKnownRateWithPerfLogOne)
     state.fpsRecognition = 24;
     state.liveMainConfig.perfLog = 2;   // only 1 samples
     statusPanelTexts(state);
-    EXPECT_EQ(logs.lines("perf.txt"), (std::vector<std::string>{"25"}));
+    maintenance::setPerfLog(nullptr);   // flushed and closed
+    EXPECT_EQ(test::logTexts(dir.path() / "perf.txt"), (std::vector<std::string>{"25"}));
 }
 
 TEST(Tick, QuotaTaskWorksOnTheArchiveOfTheMainConfig)

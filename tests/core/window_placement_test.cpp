@@ -8,14 +8,11 @@ namespace {
 const std::vector<Rect> twoMonitors{{0, 0, 1920, 1040}, {1920, 0, 1280, 1000}};
 }
 
-TEST(WindowPlacement, NothingWithoutASize)
+// Nothing without a size; negative coordinates centre on the monitor.
+TEST(WindowPlacement, NothingWithoutASizeAndNegativeCoordinatesCentre)
 {
     EXPECT_FALSE(placeWindow({-1, -1, -1, -1, 0}, twoMonitors, {}));
     EXPECT_FALSE(placeWindow({10, 10, 0, 500, 0}, twoMonitors, {}));
-}
-
-TEST(WindowPlacement, NegativeCoordinatesCentreOnTheMonitor)
-{
     EXPECT_EQ(*placeWindow({-1, -1, 1000, 600, 1}, twoMonitors, {}), (Rect{2060, 200, 1000, 600}));
     EXPECT_EQ(*placeWindow({-1, 50, 1000, 600, 0}, twoMonitors, {}), (Rect{460, 50, 1000, 600}));
 }

@@ -24,14 +24,6 @@ const Box smallBoxes[] = {
     {buttonShowWindow, tile - b, tile - 2 * b, tile, tile - b},
 };
 
-TEST(ButtonInTile, SideIsAnEighthInStepsOfFour)
-{
-    EXPECT_EQ(smallButtonSide(256), 32);
-    EXPECT_EQ(smallButtonSide(220), 24);
-    EXPECT_EQ(smallButtonSide(32), 4);
-    EXPECT_EQ(smallButtonSide(31), 0);
-}
-
 TEST(ButtonInTile, InsideEachButtonAndNotOnItsEdges)
 {
     for (const Box& box : smallBoxes) {

@@ -40,19 +40,6 @@ TEST(TileLayout, RowsGrowUntilTheTilesFit)
     EXPECT_EQ(grid.requestHeight, 320);
 }
 
-TEST(TileLayout, PlacesRunLeftToRightThenTopToBottom)
-{
-    TileLayout layout;
-    layout.tile = 100;
-    layout.columns = 3;
-    layout.gapX = 10;
-    layout.gapY = 5;
-    EXPECT_EQ(tilePosition(layout, 0), (TileRect{10, 5, 100, 100}));
-    EXPECT_EQ(tilePosition(layout, 2), (TileRect{230, 5, 100, 100}));
-    EXPECT_EQ(tilePosition(layout, 3), (TileRect{10, 110, 100, 100}));
-    EXPECT_EQ(tilePosition(layout, 7), (TileRect{120, 215, 100, 100}));
-}
-
 TEST(TileLayout, HundredStreamsPutTheAddTileBehindTheGrid)
 {
     TileGrid grid;
@@ -75,12 +62,6 @@ TEST(TileLayout, AZoneNarrowerThanOneTileRunsToTheRowLimit)
     EXPECT_EQ(layout.gapX, 1);
     // Every place falls into the single column there is.
     EXPECT_EQ(tilePosition(layout, 5).x, layout.gapX);
-
-    // Narrower than the first try's tile, but wide enough for later rows.
-    const TileLayout narrow = computeTileLayout(150, 480, 3);
-    EXPECT_GT(narrow.rows, 2);
-    EXPECT_GE(narrow.columns * narrow.rows, 4);
-    EXPECT_LE(narrow.tile, 150);
 }
 
 // No tile is hit before the first layout, nor on a zone of no height.

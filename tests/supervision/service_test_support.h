@@ -118,18 +118,11 @@ public:
         return requests_;
     }
     // The server notes a request after its answer went out: waits (bounded)
-    // until `count` requests are noted, or until `request` is among them.
+    // until `count` requests are noted.
     std::vector<std::string> requests(std::size_t count)
     {
         waitFor([&] { return requests().size() >= count; }, 3000);
         return requests();
-    }
-    bool saw(const std::string& request)
-    {
-        return waitFor([&] {
-            const auto all = requests();
-            return std::find(all.begin(), all.end(), request) != all.end();
-        }, 3000);
     }
 
 private:
@@ -140,6 +133,22 @@ private:
     int fpsStatus_ = 200;
     std::string fpsBody_ = "{\"fps\":17}";
     std::vector<std::string> requests_;
+};
+
+// A started process that has ended (`ends`, with `code`) by the end of any
+// wait, or runs on; the waits asked for are noted in `waits` when given.
+struct FakeProcess : platform::StartedProcess {
+    bool ends = false;
+    int code = 0;
+    std::vector<int>* waits = nullptr;
+    long pid() const override { return 4242; }
+    bool waitForExit(int timeoutMs) override
+    {
+        if (waits)
+            waits->push_back(timeoutMs);
+        return ends;
+    }
+    int exitCode() const override { return code; }
 };
 
 // A context with published values of its own and no real sleeps unless a

@@ -27,14 +27,6 @@ std::string startLine(int file, int logId)
            "vxVideoStreamLog" + std::to_string(logId) + ".txt\"";
 }
 
-struct FakeProcess : platform::StartedProcess {
-    bool ends = false;
-    int code = 0;
-    long pid() const override { return 4242; }
-    bool waitForExit(int) override { return ends; }
-    int exitCode() const override { return code; }
-};
-
 struct World {
     core::StreamTable table;
     StreamControl control;
@@ -65,7 +57,7 @@ struct World {
             started.push_back(info.commandLine);
             if (startFails)
                 return nullptr;
-            auto p = std::make_unique<FakeProcess>();
+            auto p = std::make_unique<test::FakeProcess>();
             p->ends = ends;
             p->code = code;
             return p;

@@ -1,7 +1,7 @@
 // The manager running by itself on a temporary installation: the first tick's
-// watch starts the three service stand-ins and two streams, the panels read
-// "ОК", the tiles get pictures, a service and a stream killed with SIGKILL
-// come back through the watch, and what the manager started outlives it.
+// watch starts the three service stand-ins and two streams, the tiles get
+// pictures, a service and a stream killed with SIGKILL come back through the
+// watch, and what the manager started outlives it.
 #include <gtest/gtest.h>
 
 #include <netinet/in.h>
@@ -90,7 +90,7 @@ bool alive(long pid)
 
 } // namespace
 
-TEST(SelfRunning, PanelsPicturesAndTheWatchBringBackWhatWasKilled)
+TEST(SelfRunning, PicturesAndTheWatchBringBackWhatWasKilled)
 {
     RuntimeSandbox sandbox;
     ScopedEnv headless("QT_QPA_PLATFORM", "offscreen");
@@ -116,8 +116,6 @@ TEST(SelfRunning, PanelsPicturesAndTheWatchBringBackWhatWasKilled)
     ASSERT_TRUE(manager);
     const fs::path log = install.logs() / "VexlaneLog.txt";
     const fs::path inferenceLog = install.logs() / "vxInferenceLog.txt";
-    const fs::path controlLog = install.logs() / "vxControlLog.txt";
-    const fs::path mesLog = install.logs() / "vxMes.txt";
 
     // The watch finds services by image name across the machine: one of
     // another test may stand in for ours. Ours, when started, log here.
@@ -125,19 +123,6 @@ TEST(SelfRunning, PanelsPicturesAndTheWatchBringBackWhatWasKilled)
                                  40000);
     EXPECT_TRUE(started) << readFileBytes(log);
     const bool ownInference = standInPid(inferenceLog) != 0;
-
-    // The panels read "ОК": the polls are answered (the recognition's fps
-    // in perf.txt, the "/CheckRun" of control and messenger in their logs).
-    if (ownInference) {
-        EXPECT_TRUE(waitFor([&] { return countLines(install.logs() / "perf.txt", "]25") > 0; }, 10000))
-            << readFileBytes(install.logs() / "perf.txt");
-    }
-    if (standInPid(controlLog)) {
-        EXPECT_TRUE(waitFor([&] { return countLines(controlLog, "GET /CheckRun") > 0; }, 10000));
-    }
-    if (standInPid(mesLog)) {
-        EXPECT_TRUE(waitFor([&] { return countLines(mesLog, "GET /CheckRun") > 0; }, 10000));
-    }
 
     // The tiles hold pictures: both streams answer, two pictures a tick.
     const std::string picture = "CopyMes: getimage empty = false";
@@ -163,15 +148,6 @@ TEST(SelfRunning, PanelsPicturesAndTheWatchBringBackWhatWasKilled)
                             20000));
         EXPECT_GE(countLines(log, "vxInference restarted 5 second ago!"), 1) << readFileBytes(log);
     }
-    // Pictures keep reaching the tiles after the restart. The window is
-    // generous: the watch may block the timer thread for five seconds a
-    // start when a stand-in of a parallel test comes or goes (the look-up by
-    // image name is machine-wide). That the restarted stream's own block is
-    // picked up again is pinned by the stream channel and shared block tests.
-    const int from = countLines(log, picture);
-    EXPECT_TRUE(waitFor([&] { return countLines(log, picture) - from >= 9; }, 30000))
-        << countLines(log, picture) - from << " pictures in thirty seconds";
-
     // The manager goes; what it started doesn't, so the test ends it all.
     std::set<long> ours = processesOf(install.folder());
     ours.erase(manager->pid());

@@ -165,15 +165,6 @@ TEST(SettingsMigrationRun, OfferedOnlyWhenRunFromAnotherFolder)
     EXPECT_EQ(readFileBytes(first.userData() / "vexlane" / "lastrun.txt"), second.folder().string() + "\n");
     const std::string main = readFileBytes(second.configs() / "vx_main_config.json");
     EXPECT_NE(main.find("\t\"systemLogPath\":\"" + second.logs().string() + "\",\n"), std::string::npos) << main;
-
-    // Once remembered, the new folder runs on without an offer.
-    fs::remove(logOf(second));
-    manager = second.startManager();
-    ASSERT_TRUE(manager);
-    EXPECT_TRUE(waitFor([&] { return logTexts(logOf(second)).size() >= 2; }, 20000));
-    EXPECT_TRUE(waitUntilCaught(manager->pid(), SIGTERM, 10000));
-    manager->kill(SIGTERM);
-    EXPECT_EQ(manager->waitExit(10000).value_or(-1), 0);
 }
 
 } // namespace

@@ -16,23 +16,6 @@ using test::readFileBytes;
 using test::ScopedEnv;
 using test::TempDir;
 
-namespace {
-
-// The messages shown.
-struct Recorded {
-    std::vector<std::string> calls;
-    MainCommandHooks hooks()
-    {
-        MainCommandHooks h;
-        h.showMessage = [this](const std::string& title, const std::string& text) {
-            calls.push_back("message " + config::cp1251ToUtf8(title) + ": " + config::cp1251ToUtf8(text));
-        };
-        return h;
-    }
-};
-
-} // namespace
-
 class TrayAutorun : public ::testing::Test {
 protected:
     TempDir dir;
@@ -40,7 +23,7 @@ protected:
     ScopedEnv xdg{"XDG_CONFIG_HOME", ""};
     AppState state;
     ProcessActions actions;
-    Recorded r;
+    std::vector<std::string> messages;
     MainCommandHooks hooks;
 
     TrayAutorun()
@@ -50,7 +33,9 @@ protected:
         state.baseDirectory = dir.path() / "bin";
         state.ConfigDirectory = (dir.path() / "bin" / "configs").string();
         actions.saveMainConfig = [this] { return saveMainConfig(state); };
-        hooks = r.hooks();
+        hooks.showMessage = [this](const std::string& title, const std::string& text) {
+            messages.push_back(config::cp1251ToUtf8(title) + ": " + config::cp1251ToUtf8(text));
+        };
         hooks.setAutorun = systemCommandHooks().setAutorun;
         // The main config exists before, as on any installation that ran once.
         saveMainConfig(state);
@@ -79,7 +64,7 @@ TEST_F(TrayAutorun, TogglesTheEntryAndTheSavedFlagAndAFailureKeepsTheOldValue)
     EXPECT_FALSE(state.liveMainConfig.autoRunManager);
     EXPECT_EQ(savedFlag(), "\"autoRunManager\":false");
     EXPECT_FALSE(std::filesystem::exists(entry()));
-    EXPECT_TRUE(r.calls.empty());
+    EXPECT_TRUE(messages.empty());
 
     // A failing autostart folder leaves the file with the new value and
     // memory with the old.
@@ -90,6 +75,6 @@ TEST_F(TrayAutorun, TogglesTheEntryAndTheSavedFlagAndAFailureKeepsTheOldValue)
     EXPECT_FALSE(state.liveMainConfig.autoRunManager);
     EXPECT_TRUE(state.storedMainConfig.autoRunManager);
     EXPECT_EQ(savedFlag(), "\"autoRunManager\":true");
-    EXPECT_EQ(r.calls, (std::vector<std::string>{"message Сообщение: Невозможно снять/установить автозапуск Менеджера!"}));
+    EXPECT_EQ(messages, (std::vector<std::string>{"Сообщение: Невозможно снять/установить автозапуск Менеджера!"}));
     EXPECT_EQ(err.text(), "Failed to open registry key. Error: 20\n");
 }

@@ -33,11 +33,8 @@ struct GoldenCase {
 const GoldenCase goldenCases[] = {
     {"streams0", 0, false, false, 640, 480},
     {"streams0_hover", 0, false, true, 640, 480},
-    {"streams1", 1, false, false, 640, 480},
     {"streams1_pictures", 1, true, false, 640, 480},
     {"streams1_pictures_hover", 1, true, true, 640, 480},
-    {"streams7", 7, false, false, 800, 600},
-    {"streams7_hover", 7, false, true, 800, 600},
     {"streams7_pictures", 7, true, false, 800, 600},
     {"streams7_pictures_hover", 7, true, true, 800, 600},
     {"streams100", 100, false, false, 1280, 720},

@@ -54,7 +54,7 @@ TEST(Autorun, SetSetAgainRemoveTwice)
     EXPECT_EQ(err.text(), "");
 }
 
-TEST(Autorun, XdgConfigHomeIsHonouredWhenAbsolute)
+TEST(Autorun, XdgConfigHomeAndTheExecLine)
 {
     AutostartSandbox box;
     {
@@ -68,11 +68,8 @@ TEST(Autorun, XdgConfigHomeIsHonouredWhenAbsolute)
         ASSERT_TRUE(setAutorun("Vexlane", "/a/vexlane", true));
         EXPECT_TRUE(std::filesystem::exists(box.entry()));
     }
-}
 
-TEST(Autorun, PathWithBlanksAndCyrillicRunsAsOneWord)
-{
-    AutostartSandbox box;
+    // A path with blanks and Cyrillic letters runs as one word.
     ASSERT_TRUE(setAutorun("Vexlane", "/home/оператор/Мои программы/vexlane", true));
     const std::string text = readFileBytes(box.entry());
     EXPECT_NE(text.find("Exec=\"/home/оператор/Мои программы/vexlane\"\n"), std::string::npos) << text;

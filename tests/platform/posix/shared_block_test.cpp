@@ -38,11 +38,8 @@ TEST(SharedBlock, TwoCreatorsShareOneBlockAndTheLastTakesTheName)
     EXPECT_FALSE(openSharedBlock(name, 4096));
     EXPECT_FALSE(view->current());
     EXPECT_STREQ(view->data(), "from the second");
-}
 
-TEST(SharedBlock, ViewsShorterBlocksAreRefused)
-{
-    const std::string name = uniqueName("short");
+    // A view longer than the block is refused.
     auto block = createSharedBlock(name, 1024);
     ASSERT_TRUE(block);
     EXPECT_FALSE(openSharedBlock(name, 4096));

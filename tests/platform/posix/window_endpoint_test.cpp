@@ -196,16 +196,3 @@ TEST(WindowEndpoint, ManyIdleConnectionsDoNotStopTheWindow)
     EXPECT_TRUE(handled);
     EXPECT_TRUE(sender.get());
 }
-
-TEST(WindowEndpoint, SendsToNoWindowFailAtOnce)
-{
-    RuntimeSandbox sandbox;
-    const auto start = Clock::now();
-    EXPECT_FALSE(sendCopyData(0, makeMessage(1, "x"), 5000));
-    EXPECT_FALSE(sendCopyData(0x0123456789abcdefull, makeMessage(1, "x"), 5000));
-    EXPECT_FALSE(showWindow(0x0123456789abcdefull, ShowCommand::Restore, 5000));
-    EXPECT_FALSE(setForegroundWindow(0x0123456789abcdefull, 5000));
-    EXPECT_EQ(windowOwnerPid(0x0123456789abcdefull), 0);
-    EXPECT_LT(millisecondsSince(start), 1000);
-}
-
