@@ -12,8 +12,14 @@
 // seconds per second, and the ratio is the stream's to the reference's. The
 // machine may be shared: the load average is printed before and after, and
 // only the ratios compare between runs. Targets: (a) and (b) at most 1.3.
+// With --callgrind, (a) and (b) and their references run under valgrind's
+// callgrind instead, counters zeroed after the start and dumped at the end
+// of the same seconds (callgrind_control), and the figure is instructions
+// per frame decoded (per call of FFmpeg's avcodec_send_packet, which both
+// make once a frame): counts a loaded machine doesn't change.
 // Everything it starts it ends, by pid; every wait is bounded.
 //     stream_cost_bench [seconds per mode, 20 unless given] [path of vxVideoStream]
+//     stream_cost_bench --callgrind [seconds per mode] [path of vxVideoStream]
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
@@ -22,6 +28,7 @@
 #include <filesystem>
 #include <fstream>
 #include <future>
+#include <map>
 #include <signal.h>
 #include <spawn.h>
 #include <sstream>
@@ -121,6 +128,43 @@ void end(pid_t pid)
     }
 }
 
+// Under callgrind: the total of instructions (its "summary:" line) and the
+// calls made to functions whose name holds `callee`, of a callgrind output.
+struct Instructions {
+    double total = 0;
+    long long calls = 0;
+};
+
+Instructions countInstructions(const fs::path& file, const std::string& callee)
+{
+    Instructions result;
+    std::ifstream in(file);
+    std::map<std::string, std::string> names;   // "(12)" -> its name
+    bool counting = false;
+    std::string line;
+    while (std::getline(in, line)) {
+        if (line.rfind("summary:", 0) == 0) {
+            result.total = std::stod(line.substr(8));
+        } else if (line.rfind("cfn=", 0) == 0 || line.rfind("fn=", 0) == 0) {
+            const std::string rest = line.substr(line.find('=') + 1);
+            const auto space = rest.find(' ');
+            std::string name = rest;
+            if (rest[0] == '(') {
+                const std::string id = rest.substr(0, rest.find(')') + 1);
+                if (space != std::string::npos)
+                    names[id] = rest.substr(space + 1);
+                name = names[id];
+            }
+            counting = line[0] == 'c' && name.find(callee) != std::string::npos;
+        } else if (line.rfind("calls=", 0) == 0) {
+            if (counting)
+                result.calls += std::stoll(line.substr(6));
+            counting = false;
+        }
+    }
+    return result;
+}
+
 struct Figure {
     double stream = -1;      // CPU seconds per second
     double reference = -1;
@@ -137,6 +181,10 @@ public:
         : root_(std::move(root)), program_(std::move(streamProgram)), seconds_(seconds)
     {
     }
+
+    // From now on the stream and its reference run under callgrind, their
+    // counts of the measured seconds into <out>.1 and <out>.ref.1.
+    void underCallgrind(const fs::path& out) { callgrindOut_ = out; }
 
     bool makeSource()
     {
@@ -165,19 +213,29 @@ public:
         config::saveCamera(file, camera, 1234, 1235);
         fs::create_directories(root_ / "videos");
 
-        const pid_t stream = spawn({program_, file, (root_ / "videos").string(),
-                                    (root_ / ("stream" + std::to_string(id) + ".txt")).string()},
-                                   root_ / "stream_output.txt");
-        const pid_t reference = spawn({"ffmpeg", "-nostdin", "-v", "error", "-re", "-stream_loop", "-1", "-i",
-                                       source().string(), "-f", "null", "-"},
+        const bool counting = !callgrindOut_.empty();
+        const auto underCallgrind = [&](const std::string& out, std::vector<std::string> args) {
+            if (counting)
+                args.insert(args.begin(), {"valgrind", "--tool=callgrind", "--callgrind-out-file=" + out});
+            return args;
+        };
+        std::vector<std::string> args;
+        for (const std::string& a : {program_, file, (root_ / "videos").string(),
+                                     (root_ / ("stream" + std::to_string(id) + ".txt")).string()})
+            args.push_back(a);
+        const pid_t stream = spawn(underCallgrind(callgrindOut_.string(), args), root_ / "stream_output.txt");
+        const pid_t reference = spawn(underCallgrind(callgrindOut_.string() + ".ref",
+                                                     {"ffmpeg", "-nostdin", "-v", "error", "-re", "-stream_loop", "-1",
+                                                      "-i", source().string(), "-f", "null", "-"}),
                                       root_ / "ffmpeg_output.txt");
+        const int slow = counting ? 20 : 1;   // valgrind starts them slowly
         platform::WindowHandle window = 0;
-        for (int i = 0; i < 400 && stream && !window; ++i) {
+        for (int i = 0; i < 400 * slow && stream && !window; ++i) {
             std::this_thread::sleep_for(std::chrono::milliseconds(25));
             window = platform::findWindow("", camera.common.videoName);
         }
         if (stream && reference && window) {
-            std::this_thread::sleep_for(std::chrono::seconds(3));   // both opened and playing
+            std::this_thread::sleep_for(std::chrono::seconds(counting ? 10 : 3));   // both opened and playing
             core::StreamTable table;
             table.setTileSide(320);
             std::int32_t given = id;
@@ -189,6 +247,10 @@ public:
                 manager->onCopyData = [&](const platform::CopyDataMessage& m) {
                     return supervision::onCopyData(table, m, [&] { return ++stored; });
                 };
+            if (counting) {
+                run({"callgrind_control", "-z", std::to_string(stream)}, 60000);
+                run({"callgrind_control", "-z", std::to_string(reference)}, 60000);
+            }
             const long long streamBefore = cpuTicks(stream), referenceBefore = cpuTicks(reference);
             const auto start = Clock::now();
             const auto until = start + std::chrono::seconds(seconds_);
@@ -210,6 +272,10 @@ public:
                     std::this_thread::sleep_for(std::chrono::milliseconds(20));
             }
             const long long streamAfter = cpuTicks(stream), referenceAfter = cpuTicks(reference);
+            if (counting) {
+                run({"callgrind_control", "-d", std::to_string(stream)}, 60000);
+                run({"callgrind_control", "-d", std::to_string(reference)}, 60000);
+            }
             figure.seconds = std::chrono::duration<double>(Clock::now() - start).count();
             for (auto& r : requests)
                 r.wait();
@@ -222,7 +288,7 @@ public:
         }
         if (window)
             supervision::sendText(window, "quit", 1000);
-        if (stream && !waitExit(stream, 5000))
+        if (stream && !waitExit(stream, 5000 * slow))
             end(stream);
         end(reference);
         return figure;
@@ -249,12 +315,54 @@ private:
     fs::path root_;
     std::string program_;
     int seconds_;
+    fs::path callgrindOut_;   // set: under callgrind
 };
 
 } // namespace
 
+// (a) and (b) under callgrind, beside ffmpeg's decode under callgrind.
+bool countAll(Bench& bench, const fs::path& root)
+{
+    const std::string callee = "avcodec_send_packet";
+    bool met = true;
+    const struct {
+        const char* what;
+        Mode mode;
+        const char* name;
+    } rows[] = {{"(a) stream alone, no stills, no recording", Mode::Plain, "plain.out"},
+                {"(b) a 320x320 still every second", Mode::Stills, "stills.out"}};
+    int index = 0;
+    for (const auto& row : rows) {
+        std::printf("%s: under callgrind...\n", row.what);
+        std::fflush(stdout);
+        bench.underCallgrind(root / row.name);
+        const Figure f = bench.measure(row.mode, index++);
+        const Instructions counted = countInstructions(root / (std::string(row.name) + ".1"), callee);
+        const Instructions reference = countInstructions(root / (std::string(row.name) + ".ref.1"), callee);
+        if (counted.calls <= 0 || reference.calls <= 0) {
+            std::printf("%s: not measured\n", row.what);
+            met = false;
+            continue;
+        }
+        const double figure = counted.total / static_cast<double>(counted.calls);
+        const double base = reference.total / static_cast<double>(reference.calls);
+        std::printf("%s: %.2f M instructions per frame (%lld frames); reference ffmpeg decode %.2f M (%lld "
+                    "frames); ratio %.2f (target <= 1.3)\n",
+                    row.what, figure / 1e6, counted.calls, base / 1e6, reference.calls, figure / base);
+        if (row.mode == Mode::Stills)
+            std::printf("    stills asked %d, pictures stored by the manager %d\n", f.asked, f.stills);
+        met = met && figure / base <= 1.3;
+    }
+    return met;
+}
+
 int main(int argc, char** argv)
 {
+    const bool callgrind = argc > 1 && std::string(argv[1]) == "--callgrind";
+    if (callgrind) {
+        --argc;
+        ++argv;
+    }
     const int seconds = std::clamp(argc > 1 ? std::atoi(argv[1]) : 20, 5, 600);
     const std::string program = argc > 2 ? argv[2] : std::string(VEXLANE_BIN_DIR) + "/vxVideoStream";
     const fs::path root = fs::temp_directory_path() / ("vx-stream-cost-" + std::to_string(::getpid()));
@@ -272,6 +380,13 @@ int main(int argc, char** argv)
         std::error_code ec;
         fs::remove_all(root, ec);
         return 2;
+    }
+    if (callgrind) {
+        const bool met = countAll(bench, root);
+        std::printf("load average (uptime) after: %s\n", loadAverage().c_str());
+        std::error_code ec;
+        fs::remove_all(root, ec);
+        return met ? 0 : 1;
     }
     struct Row {
         const char* what;
