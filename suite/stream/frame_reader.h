@@ -1,6 +1,7 @@
 #pragma once
 // Where the stream's frames come from: one opened file or link, read frame
-// by frame. Each platform has its own reader (posix/: OpenCV's video
+// by frame. Reading a frame (grab) decodes it; turning it into B G R pixels
+// (retrieve) is a step of its own, taken only for a frame someone wants. Each platform has its own reader (posix/: OpenCV's video
 // capture; win32/: Media Foundation's source reader, or a generated scene
 // for a file it can't play). The reading thread, its pacing and the
 // reconnect rules are the video source's, the same on every platform.
@@ -19,9 +20,11 @@ public:
     virtual ~FrameReader() = default;
     // Frames per second as the source tells them; 0 when it doesn't.
     virtual double fps() const = 0;
-    // The next frame (B G R), valid until the next read; false at the end of
-    // a file or when a link is lost.
-    virtual bool read(imaging::Picture& frame) = 0;
+    // Reads the next frame; false at the end of a file or when a link is lost.
+    virtual bool grab() = 0;
+    // The frame read last, as B G R, valid until the next grab; false when
+    // it can't be had.
+    virtual bool retrieve(imaging::Picture& frame) = 0;
 };
 
 // What the readers of these settings need set up for the whole process;

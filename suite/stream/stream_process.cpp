@@ -44,6 +44,11 @@ struct ImageRequest {
     platform::WindowHandle target = 0;
 };
 
+// How long a picture request waits for the source's newest frame (a link's
+// next frame, when the reading thread is waiting for it) before it is
+// answered with the frame kept before.
+constexpr auto newestFrameWait = std::chrono::milliseconds(300);
+
 struct Commands {
     bool quit = false;
     bool hideVideo = false;
@@ -159,22 +164,38 @@ int runStream(int argc, char* argv[])
     // a second: then the link counts as lost.
     if (common.fps > 0.0f)
         source.readTimeoutMs = std::clamp(static_cast<int>(2500.0f / common.fps), 1000, 10000);
-    VideoSource video(
-        source, sayUtf8,
-        [recording](const imaging::Picture& frame, double fps) {
+    // Frames are converted for the recorder only where it takes them.
+    VideoSource::FrameSink sink;
+    if (recording->recorder && recording->recorder->takesFrames())
+        sink = [recording](const imaging::Picture& frame, double fps) {
             std::lock_guard<std::mutex> lock(recording->mutex);
             if (recording->recorder)
                 recording->recorder->write(frame, fps);
-        });
+        };
+    VideoSource video(source, sayUtf8, std::move(sink));
 
+    std::vector<ImageRequest> pending;   // waiting for the newest frame
+    auto pendingUntil = std::chrono::steady_clock::now();
     while (!commands.quit && !terminateRequested && !video.failed()) {
-        window->dispatchOne(100);
+        window->dispatchOne(pending.empty() ? 100 : 1);
+        if (!commands.requests.empty()) {
+            if (pending.empty())
+                pendingUntil = std::chrono::steady_clock::now() + newestFrameWait;
+            pending.insert(pending.end(), commands.requests.begin(), commands.requests.end());
+            commands.requests.clear();
+            video.askStill();
+        }
+        if (pending.empty())
+            continue;
+        const VideoSource::Still still = video.still(std::chrono::milliseconds(20));
+        if (!still.newest && std::chrono::steady_clock::now() < pendingUntil)
+            continue;
         // The answers go out after the manager's send was acknowledged, so
         // the manager's sending task never waits on its own answer.
         std::vector<ImageRequest> requests;
-        requests.swap(commands.requests);
+        requests.swap(pending);
         for (const ImageRequest& request : requests) {
-            if (!block.write(video.latest(), request.width, request.height, window->handle()))
+            if (!block.write(still.picture, request.width, request.height, window->handle()))
                 continue;
             platform::CopyDataMessage notification;
             notification.cbData = static_cast<std::uint32_t>(id);

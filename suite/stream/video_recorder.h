@@ -39,6 +39,8 @@ public:
     VideoRecorder& operator=(const VideoRecorder&) = delete;
     // Adds a frame; starts a new chunk when the current one is full.
     void write(const imaging::Picture& frame, double fps);
+    // False where frames are dropped anyway: nobody need convert them.
+    bool takesFrames() const;
 
     struct Chunks;   // the platform's writer
 

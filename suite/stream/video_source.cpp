@@ -1,6 +1,8 @@
 #include "video_source.h"
 
 #include <algorithm>
+#include <condition_variable>
+#include <cstdint>
 #include <cstdlib>
 #include <vector>
 
@@ -19,8 +21,12 @@ struct VideoSource::State {
     SourceSettings settings;
     Log log;
     FrameSink sink;
-    std::mutex mutex;
-    imaging::Picture latest;
+    mutable std::mutex mutex;
+    mutable std::condition_variable wake;   // a still asked for or kept, or the end
+    std::uint64_t read = 0;         // frames read so far
+    std::uint64_t stillNumber = 0;  // which of them `still` is (0: none)
+    bool stillWanted = false;
+    imaging::Picture still;
     std::atomic<bool> stop{false};
     std::atomic<bool> failed{false};
     std::atomic<bool> finished{false};
@@ -31,16 +37,50 @@ struct VideoSource::State {
         if (!stop && log)
             log(text);
     }
-    void keep(const imaging::Picture& frame)
+    // Counts a frame read; its number.
+    std::uint64_t count()
     {
-        imaging::Picture copy = imaging::copyOf(frame);
         std::lock_guard<std::mutex> lock(mutex);
-        latest = std::move(copy);
+        return ++read;
+    }
+    bool wantsStill() const
+    {
+        std::lock_guard<std::mutex> lock(mutex);
+        return stillWanted;
+    }
+    // Keeps frame `number` as the still, when one is wanted.
+    void offer(const imaging::Picture& frame, std::uint64_t number)
+    {
+        if (!wantsStill())
+            return;
+        imaging::Picture copy = imaging::copyOf(frame);
+        {
+            std::lock_guard<std::mutex> lock(mutex);
+            still = std::move(copy);
+            stillNumber = number;
+            stillWanted = false;
+        }
+        wake.notify_all();
     }
     void drop()
     {
         std::lock_guard<std::mutex> lock(mutex);
-        latest = imaging::Picture();
+        still = imaging::Picture();
+        stillNumber = 0;
+    }
+    // Waits until `until`; true (before then) when a still is wanted of the
+    // frame read last, which isn't kept yet.
+    bool waitForStill(Clock::time_point until)
+    {
+        std::unique_lock<std::mutex> lock(mutex);
+        return wake.wait_until(lock, until, [this] { return stop || (stillWanted && stillNumber != read); }) &&
+               !stop;
+    }
+    void end()
+    {
+        stop = true;
+        { std::lock_guard<std::mutex> lock(mutex); }   // a waiter sees it before it sleeps again
+        wake.notify_all();
     }
     bool pauseFor(double seconds) const
     {
@@ -71,10 +111,24 @@ VideoSource::~VideoSource()
     stop(std::chrono::milliseconds(300));
 }
 
-imaging::Picture VideoSource::latest() const
+void VideoSource::askStill()
 {
-    std::lock_guard<std::mutex> lock(state_->mutex);
-    return state_->latest;
+    {
+        std::lock_guard<std::mutex> lock(state_->mutex);
+        if (state_->stillNumber != 0 && state_->stillNumber == state_->read)
+            return;   // the newest frame is kept already
+        state_->stillWanted = true;
+    }
+    state_->wake.notify_all();
+}
+
+VideoSource::Still VideoSource::still(std::chrono::milliseconds wait) const
+{
+    State& s = *state_;
+    std::unique_lock<std::mutex> lock(s.mutex);
+    const auto newest = [&s] { return s.stillNumber != 0 && s.stillNumber == s.read; };
+    s.wake.wait_for(lock, wait, [&s, &newest] { return s.stop || newest(); });
+    return {s.still, newest()};
 }
 
 bool VideoSource::failed() const
@@ -84,7 +138,7 @@ bool VideoSource::failed() const
 
 bool VideoSource::stop(std::chrono::milliseconds wait)
 {
-    state_->stop = true;
+    state_->end();
     if (!thread_.joinable())
         return state_->finished;
     const auto until = Clock::now() + wait;
@@ -129,20 +183,35 @@ void readSource(VideoSource::State& s)
                 fps = settings.fps > 0 ? settings.fps : 5.0;
             s.say("Video source opened: " + settings.path);
             imaging::Picture frame;
+            const auto period = std::chrono::microseconds(static_cast<long long>(1e6 / fps));
             auto next = Clock::now();
-            while (!s.stop && reader->read(frame) && !frame.empty()) {
+            bool readable = true;
+            while (readable && !s.stop && reader->grab()) {
+                const std::uint64_t number = s.count();
+                // Converted for the recorder, which takes every frame, or for
+                // a still asked for.
+                if (s.sink || s.wantsStill()) {
+                    readable = reader->retrieve(frame) && !frame.empty();
+                    if (!readable)
+                        break;
+                    s.offer(frame, number);
+                    if (!s.stop && s.sink)
+                        s.sink(frame, fps);
+                }
                 gotFrames = true;
                 failures = 0;
-                s.keep(frame);
-                if (!s.stop && s.sink)
-                    s.sink(frame, fps);
                 // A link is read as its frames come: a camera that claims
                 // more frames than it sends must not fall behind.
                 if (link)
                     continue;
-                next += std::chrono::microseconds(static_cast<long long>(1e6 / fps));
-                while (!s.stop && Clock::now() < next)
-                    std::this_thread::sleep_for(std::chrono::milliseconds(5));
+                // A file waits for its next frame's time; a still asked for
+                // meanwhile is the frame held.
+                next += period;
+                while (readable && s.waitForStill(next)) {
+                    readable = reader->retrieve(frame) && !frame.empty();
+                    if (readable)
+                        s.offer(frame, number);
+                }
             }
             if (s.stop)
                 break;

@@ -1,7 +1,9 @@
 #pragma once
 // The stream's input: a file or a network link opened by the platform's
-// frame reader (frame_reader.h) on a thread of its own, which keeps the
-// latest frame.
+// frame reader (frame_reader.h) on a thread of its own. Every frame is read
+// (decoded), but turned into B G R pixels only when someone takes it: the
+// recorder, which takes them all, or a still asked for, which is the newest
+// frame read at the time.
 // A file plays at its own rate and starts again at its end. A link is read
 // as fast as its frames come; opening and reading it are bounded by
 // timeouts, so a dead camera never blocks the thread for long. When a link
@@ -38,7 +40,8 @@ bool isLink(const std::string& path);
 
 class VideoSource {
 public:
-    // Gets every frame on the reading thread; the frame is valid during the call.
+    // Gets every frame on the reading thread; the frame is valid during the
+    // call. Without a sink, frames are converted only for stills.
     using FrameSink = std::function<void(const imaging::Picture& frame, double fps)>;
     using Log = std::function<void(const std::string&)>;
     VideoSource(SourceSettings settings, Log log, FrameSink sink);
@@ -47,9 +50,20 @@ public:
     VideoSource(const VideoSource&) = delete;
     VideoSource& operator=(const VideoSource&) = delete;
 
-    // The latest frame; empty until one came and while a link is lost. Its
-    // pixels are its own: later frames never change them.
-    imaging::Picture latest() const;
+    // Asks for the newest frame as a still: the reading thread converts the
+    // frame it holds at once, or, while it waits for a link's next frame,
+    // that one when it comes.
+    void askStill();
+    struct Still {
+        // The last frame converted for a still; empty until one was and
+        // while a link is lost. Its pixels are its own: later frames never
+        // change them, and it stays the same picture until a newer one is
+        // taken.
+        imaging::Picture picture;
+        bool newest = false;   // no frame was read after it
+    };
+    // Waits up to `wait` for the newest frame to be kept.
+    Still still(std::chrono::milliseconds wait = std::chrono::milliseconds(0)) const;
     // True once a link is lost (or can't be opened) and no further attempt
     // is to be made.
     bool failed() const;

@@ -16,16 +16,17 @@ namespace {
 class CaptureReader : public FrameReader {
 public:
     double fps() const override { return capture.get(cv::CAP_PROP_FPS); }
-    bool read(imaging::Picture& frame) override
+    bool grab() override { return capture.grab(); }
+    bool retrieve(imaging::Picture& frame) override
     {
-        if (!capture.read(mat) || mat.empty() || mat.depth() != CV_8U)
+        if (!capture.retrieve(mat) || mat.empty() || mat.depth() != CV_8U)
             return false;
         frame = imaging::Picture();
         frame.width = mat.cols;
         frame.height = mat.rows;
         frame.channels = mat.channels();
         frame.stride = mat.step;
-        frame.data = mat.data;   // the capture's own buffer, until the next read
+        frame.data = mat.data;   // the capture's own buffer, until the next grab
         return true;
     }
 

@@ -48,6 +48,11 @@ VideoRecorder::VideoRecorder(RecorderSettings settings, std::function<void(const
 
 VideoRecorder::~VideoRecorder() = default;
 
+bool VideoRecorder::takesFrames() const
+{
+    return true;
+}
+
 void VideoRecorder::write(const imaging::Picture& frame, double fps)
 {
     if (frame.empty() || frame.channels != 3)

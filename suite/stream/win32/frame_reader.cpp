@@ -99,15 +99,25 @@ public:
 
     double fps() const override { return fps_; }
 
-    bool read(imaging::Picture& frame) override
+    bool grab() override
     {
-        ComPtr<IMFSample> sample;
-        if (!nextSample(sample))
+        sample_.reset();
+        retrieved_ = false;
+        return nextSample(sample_);
+    }
+
+    bool retrieve(imaging::Picture& frame) override
+    {
+        if (retrieved_) {
+            frame = bgr_;
+            return true;
+        }
+        if (!sample_.p)
             return false;
-        if (converter_.p && !convert(sample))
+        if (converter_.p && !convert(sample_))
             return false;
         ComPtr<IMFMediaBuffer> buffer;
-        if (FAILED(sample->ConvertToContiguousBuffer(buffer.out())))
+        if (FAILED(sample_->ConvertToContiguousBuffer(buffer.out())))
             return false;
         BYTE* bytes = nullptr;
         DWORD length = 0;
@@ -131,6 +141,7 @@ public:
             bgr_ = imaging::makePicture(width_, height_, 3);
         imaging::convertInto(bgrx_, bgr_);
         frame = bgr_;
+        retrieved_ = true;
         return true;
     }
 
@@ -211,6 +222,8 @@ private:
     int height_ = 0;
     INT32 stride_ = 0;
     double fps_ = 0.0;
+    ComPtr<IMFSample> sample_;   // the one read last; converted in place
+    bool retrieved_ = false;     // bgr_ holds it
     imaging::Picture bgrx_;
     imaging::Picture bgr_;
 };
@@ -218,14 +231,20 @@ private:
 class GeneratedFrames : public FrameReader {
 public:
     double fps() const override { return GeneratedScene::fps; }
-    bool read(imaging::Picture& frame) override
+    bool grab() override
     {
-        frame = scene_.next();
+        frame_ = scene_.next();
         return true;
+    }
+    bool retrieve(imaging::Picture& frame) override
+    {
+        frame = frame_;
+        return !frame.empty();
     }
 
 private:
     GeneratedScene scene_;
+    imaging::Picture frame_;
 };
 
 } // namespace

@@ -17,4 +17,9 @@ VideoRecorder::~VideoRecorder() = default;
 
 void VideoRecorder::write(const imaging::Picture&, double) {}
 
+bool VideoRecorder::takesFrames() const
+{
+    return false;
+}
+
 } // namespace vx::stream
