@@ -2,6 +2,8 @@
 // The one QApplication of a Qt test program, made on first use. Every test
 // file of a program asks here, so the order the tests run in doesn't matter.
 #include <QApplication>
+#include <chrono>
+#include <functional>
 
 namespace vx::test {
 
@@ -16,6 +18,15 @@ inline QApplication& qtApplication()
     // and threads of the tests still about, crashes at exit.
     static QApplication* application = new QApplication(argc, argv);
     return *application;
+}
+
+// Runs the event loop until `done` holds or `ms` have passed.
+inline bool spinUntil(const std::function<bool()>& done, int ms = 2000)
+{
+    const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(ms);
+    while (!done() && std::chrono::steady_clock::now() < end)
+        QApplication::processEvents(QEventLoop::AllEvents, 20);
+    return done();
 }
 
 } // namespace vx::test

@@ -1,9 +1,8 @@
 // The tile area widget: it shows the newest zone, handed to it as an image
-// over the picture's own pixels, and reports the mouse.
+// over the picture's own pixels.
 #include <gtest/gtest.h>
 
 #include <QApplication>
-#include <QMouseEvent>
 
 #include "imaging/picture_ops.h"
 #include "support/qt_application.h"
@@ -15,8 +14,6 @@ using vx::ui::TileView;
 
 namespace {
 
-QApplication& app() { return test::qtApplication(); }
-
 QImage plain(QColor colour)
 {
     QImage image(8, 8, QImage::Format_BGR888);
@@ -24,18 +21,11 @@ QImage plain(QColor colour)
     return image;
 }
 
-void send(TileView& view, QEvent::Type type, Qt::MouseButton button, QPoint at)
-{
-    QMouseEvent event(type, QPointF(at), QPointF(view.mapToGlobal(at)), button,
-                      type == QEvent::MouseMove ? Qt::NoButton : button, Qt::NoModifier);
-    QCoreApplication::sendEvent(&view, &event);
-}
-
 } // namespace
 
 TEST(TileView, AZoneDrawnEarlierButDeliveredLaterIsDropped)
 {
-    app();
+    test::qtApplication();
     TileView view;
     view.showZone(plain(Qt::red), 5);
     view.showZone(plain(Qt::blue), 4);
@@ -44,23 +34,6 @@ TEST(TileView, AZoneDrawnEarlierButDeliveredLaterIsDropped)
     EXPECT_EQ(view.zone().pixelColor(0, 0), QColor(Qt::green));
     view.showZone(QImage(), 7);
     EXPECT_EQ(view.zone().pixelColor(0, 0), QColor(Qt::green));
-}
-
-TEST(TileView, ReportsMovesAndLeftClicksOnly)
-{
-    app();
-    TileView view;
-    view.resize(640, 480);
-    std::vector<QPoint> moves, clicks;
-    view.onHover = [&moves](int x, int y) { moves.emplace_back(x, y); };
-    view.onClick = [&clicks](int x, int y) { clicks.emplace_back(x, y); };
-    send(view, QEvent::MouseMove, Qt::NoButton, {10, 20});
-    send(view, QEvent::MouseButtonPress, Qt::RightButton, {30, 40});
-    send(view, QEvent::MouseButtonPress, Qt::LeftButton, {50, 60});
-    ASSERT_EQ(moves.size(), 1u);
-    EXPECT_EQ(moves[0], QPoint(10, 20));
-    ASSERT_EQ(clicks.size(), 1u);
-    EXPECT_EQ(clicks[0], QPoint(50, 60));
 }
 
 TEST(TileView, TheZoneImageSharesThePixelsAndKeepsThemAlive)
