@@ -107,13 +107,5 @@ TEST(TileAt, LeftAndTopEdgesInsideRightAndBottomOutside)
     EXPECT_EQ(tileAt(grid, add.x, add.y), addTile);
 }
 
-TEST(MouseCoordinate, AboveSixtyThousandIsMinusOne)
-{
-    EXPECT_EQ(mouseCoordinate(60000), 60000);
-    EXPECT_EQ(mouseCoordinate(60001), -1);
-    EXPECT_EQ(mouseCoordinate(65535), -1);
-    EXPECT_EQ(mouseCoordinate(0), 0);
-}
-
 } // namespace
 } // namespace vx::liveview
