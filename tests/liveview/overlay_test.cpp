@@ -76,19 +76,5 @@ TEST(ButtonInTile, TilesBelowThirtyTwoPixelsHaveNoButtons)
     EXPECT_EQ(buttonInTile(32, 16, 10, true, false), buttonOpen);
 }
 
-TEST(ButtonAt, TakesZonePointsRelativeToTheTile)
-{
-    TileGrid grid;
-    grid.tileRects = {{10, 20, 256, 256}, {300, 20, 256, 256}};
-    grid.addTileRect = {600, 20, 256, 256};
-    std::vector<core::CameraRuntime> records(2);
-    records[1].control.buttonClose = true;
-    EXPECT_EQ(buttonAt(grid, records, 0, 10 + 5, 20 + 250), buttonStartStop);
-    EXPECT_EQ(buttonAt(grid, records, 1, 300 + 128, 20 + 170), buttonClose);
-    EXPECT_EQ(buttonAt(grid, records, 0, 10 + 128, 20 + 170), noButton);
-    EXPECT_EQ(buttonAt(grid, records, 2, 600 + 5, 20 + 250), noButton);
-    EXPECT_EQ(buttonAt(grid, records, -2, 600 + 5, 20 + 250), noButton);
-}
-
 } // namespace
 } // namespace vx::liveview

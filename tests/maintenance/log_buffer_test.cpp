@@ -162,26 +162,6 @@ protected:
     std::streambuf* previous_;
 };
 
-TEST_F(SystemLog, TheMessageIsBuiltOnlyWhenTheLevelPasses)
-{
-    int built = 0;
-    auto message = [&built](const char* text) {
-        ++built;
-        return std::string(text);
-    };
-    VX_LOG(logError, message("no log yet"));
-    EXPECT_EQ(built, 0);
-    setSystemLog(std::make_unique<LogBuffer>(path(), LogMode::appendQuiet, clock()));
-    VX_LOG(logTrace, message("filtered"));
-    EXPECT_EQ(built, 0);
-    VX_LOG(logError, message("written"));
-    EXPECT_EQ(built, 1);
-    systemLog()->setMinLevel(0);
-    VX_LOG(logTrace, message("ConfigGlobal ok!"));
-    EXPECT_EQ(built, 2);
-    EXPECT_EQ(readFileBytes(path()), stamp + "[ERROR]written\r\n" + stamp + "[TRACE]ConfigGlobal ok!\r\n");
-}
-
 TEST_F(SystemLog, CloseIsTheLastLineAndStandardErrorIsLetGo)
 {
     setSystemLog(std::make_unique<LogBuffer>(path(), LogMode::archiveTruncate, clock()));

@@ -15,10 +15,8 @@ TEST(SplitCommandLine, FollowsTheArgvRules)
     const std::vector<Case> cases = {
         {"", {}},
         {"   \t ", {}},
-        {"vxControl ", {"vxControl"}},
         {"vxInference \"/a b/configs/vx_recog_config_srv.json\" \"/a b/logs/vxInferenceLog.txt\"",
          {"vxInference", "/a b/configs/vx_recog_config_srv.json", "/a b/logs/vxInferenceLog.txt"}},
-        {"vxMes \"c\" \"l\" -logging", {"vxMes", "c", "l", "-logging"}},
         // The program name takes no escapes; a quoted one runs to the next quote.
         {"\"C:\\Program Files\\vx\\vxMes.exe\" x", {"C:\\Program Files\\vx\\vxMes.exe", "x"}},
         {"a\\\"b c", {"a\\\"b", "c"}},
@@ -27,7 +25,6 @@ TEST(SplitCommandLine, FollowsTheArgvRules)
         {"p  a\t\tb  ", {"p", "a", "b"}},
         // Empty arguments.
         {"p \"\" \"\"", {"p", "", ""}},
-        {"p a \"\"", {"p", "a", ""}},
         // Backslashes before a quote: 2n give n and a quote that toggles,
         // 2n+1 give n and a literal quote; elsewhere they are plain.
         {"p a\\\\b c:\\dir\\", {"p", "a\\\\b", "c:\\dir\\"}},

@@ -27,7 +27,6 @@ TEST(ServiceCommandLines, AreBuiltExactly)
               image("vxMes") + " \"" + configs + "/vx_mess_config.json\" \"" + logs + sep + "vxMes.txt\"");
     EXPECT_EQ(mesCommandLine(configs, logs, 2),
               image("vxMes") + " \"" + configs + "/vx_mess_config.json\" \"" + logs + sep + "vxMes.txt\" -logging");
-    EXPECT_EQ(mesCommandLine("c", "l", 0), image("vxMes") + " \"c/vx_mess_config.json\" \"l" + sep + "vxMes.txt\" -logging");
 }
 
 struct Outcome {

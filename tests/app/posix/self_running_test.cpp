@@ -4,9 +4,7 @@
 // watch, and what the manager started outlives it.
 #include <gtest/gtest.h>
 
-#include <netinet/in.h>
 #include <signal.h>
-#include <sys/socket.h>
 #include <unistd.h>
 
 #include <set>
@@ -17,26 +15,12 @@
 #include "support/posix/caught_signal.h"
 #include "support/captured_stderr.h"
 #include "support/installation.h"
+#include "supervision/service_test_support.h"
 
 using namespace vx::test;
 namespace fs = std::filesystem;
 
 namespace {
-
-int freePort()
-{
-    const int fd = ::socket(AF_INET, SOCK_STREAM, 0);
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    socklen_t size = sizeof address;
-    int port = 0;
-    if (::bind(fd, reinterpret_cast<sockaddr*>(&address), sizeof address) == 0 &&
-        ::getsockname(fd, reinterpret_cast<sockaddr*>(&address), &size) == 0)
-        port = ntohs(address.sin_port);
-    ::close(fd);
-    return port;
-}
 
 std::string streamFile(int id, const std::string& name)
 {
@@ -106,10 +90,10 @@ TEST(SelfRunning, PicturesAndTheWatchBringBackWhatWasKilled)
                        "\"videoStreams\":[\"" + s1 + "\",\"" + s2 + "\"],\"autoRunStreams\":[true,true]}");
     writeFileBytes(install.configs() / s1, streamFile(base, "Gate" + std::to_string(base)));
     writeFileBytes(install.configs() / s2, streamFile(base + 1, "Yard" + std::to_string(base)));
-    writeFileBytes(install.configs() / "vx_recog_config_srv.json", "{\"port\":" + std::to_string(freePort()) + ",\"plateTemplates\":[]}");
-    writeFileBytes(install.configs() / "vx_control_config.json", "{\"port\":" + std::to_string(freePort()) + "}");
+    writeFileBytes(install.configs() / "vx_recog_config_srv.json", "{\"port\":" + std::to_string(freeLoopbackPort()) + ",\"plateTemplates\":[]}");
+    writeFileBytes(install.configs() / "vx_control_config.json", "{\"port\":" + std::to_string(freeLoopbackPort()) + "}");
     writeFileBytes(install.configs() / "vx_mess_config.json",
-                   "{\"port\":" + std::to_string(freePort()) + ",\"on\":1}");
+                   "{\"port\":" + std::to_string(freeLoopbackPort()) + ",\"on\":1}");
 
     EndAll endAll{install.folder()};
     auto manager = install.startManager();

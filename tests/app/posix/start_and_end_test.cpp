@@ -134,37 +134,4 @@ TEST_F(StartAndEnd, AnEndRequestEndsItWhileAStartMessageIsOpen)
     EXPECT_EQ(lines.back(), "Close");
 }
 
-// Two installations side by side, one user: the manager run from the first,
-// then from a new folder beside it.
-TEST(SettingsMigrationRun, OfferedOnlyWhenRunFromAnotherFolder)
-{
-    ScopedEnv platform{"QT_QPA_PLATFORM", "offscreen"};
-    RuntimeSandbox runtime;
-    Installation first("Vexlane 1.0");
-    Installation second("Vexlane 2.0", first.userData());
-    const auto logOf = [](const Installation& i) { return i.logs() / "VexlaneLog.txt"; };
-
-    // A first run anywhere offers nothing: it goes straight on to its log.
-    auto manager = first.startManager();
-    ASSERT_TRUE(manager);
-    EXPECT_TRUE(waitFor([&] { return logTexts(logOf(first)).size() >= 2; }, 20000));
-    EXPECT_EQ(readFileBytes(first.userData() / "vexlane" / "lastrun.txt"), first.folder().string() + "\n");
-    EXPECT_TRUE(waitUntilCaught(manager->pid(), SIGTERM, 10000));
-    manager->kill(SIGTERM);
-    ASSERT_EQ(manager->waitExit(10000).value_or(-1), 0);
-
-    // From the new folder the offer comes before the main config is read,
-    // so no log is opened while it stands; an end request cancels it.
-    manager = second.startManager();
-    ASSERT_TRUE(manager);
-    std::this_thread::sleep_for(std::chrono::milliseconds(3000));
-    EXPECT_FALSE(fs::exists(logOf(second))) << "the start went on without the offer";
-    EXPECT_TRUE(waitUntilCaught(manager->pid(), SIGTERM, 10000));
-    manager->kill(SIGTERM);
-    ASSERT_EQ(manager->waitExit(10000).value_or(-1), 0);
-    EXPECT_EQ(readFileBytes(first.userData() / "vexlane" / "lastrun.txt"), second.folder().string() + "\n");
-    const std::string main = readFileBytes(second.configs() / "vx_main_config.json");
-    EXPECT_NE(main.find("\t\"systemLogPath\":\"" + second.logs().string() + "\",\n"), std::string::npos) << main;
-}
-
 } // namespace

@@ -17,6 +17,7 @@
 #include "platform/process_command_line.h"
 #include "support/captured_stderr.h"
 #include "support/installation.h"
+#include "supervision/service_test_support.h"
 #include "support/text_file.h"
 
 using namespace vx;
@@ -24,23 +25,6 @@ using namespace vx::test;
 namespace fs = std::filesystem;
 
 namespace {
-
-int freePort()
-{
-    WSADATA data;
-    ::WSAStartup(MAKEWORD(2, 2), &data);
-    SOCKET s = ::socket(AF_INET, SOCK_STREAM, 0);
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    int size = sizeof address;
-    int port = 0;
-    if (::bind(s, reinterpret_cast<sockaddr*>(&address), sizeof address) == 0 &&
-        ::getsockname(s, reinterpret_cast<sockaddr*>(&address), &size) == 0)
-        port = ntohs(address.sin_port);
-    ::closesocket(s);
-    return port;
-}
 
 // Every process started from the installation's folder, by image name.
 std::vector<platform::ProcessEntry> processesOf(const fs::path& folder)
@@ -174,9 +158,9 @@ TEST(SelfRunning, PicturesTheWatchAndANewStartThatFindsEverything)
     writeFileBytes(install.configs() / s1, streamFile(base, "Въезд" + std::to_string(base)));
     writeFileBytes(install.configs() / s2, streamFile(base + 1, "Двор" + std::to_string(base)));
     writeFileBytes(install.configs() / "vx_recog_config_srv.json",
-                   "{\"port\":" + std::to_string(freePort()) + ",\"plateTemplates\":[]}");
-    writeFileBytes(install.configs() / "vx_control_config.json", "{\"port\":" + std::to_string(freePort()) + "}");
-    writeFileBytes(install.configs() / "vx_mess_config.json", "{\"port\":" + std::to_string(freePort()) + ",\"on\":1}");
+                   "{\"port\":" + std::to_string(freeLoopbackPort()) + ",\"plateTemplates\":[]}");
+    writeFileBytes(install.configs() / "vx_control_config.json", "{\"port\":" + std::to_string(freeLoopbackPort()) + "}");
+    writeFileBytes(install.configs() / "vx_mess_config.json", "{\"port\":" + std::to_string(freeLoopbackPort()) + ",\"on\":1}");
 
     EndAll endAll{folder};
     auto manager = install.startManager();

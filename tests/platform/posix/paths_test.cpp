@@ -24,23 +24,6 @@ mode_t modeOf(const std::filesystem::path& path)
 
 } // namespace
 
-TEST(Paths, ExecutablePathIsThisTestProgram)
-{
-    const auto path = executablePath();
-    EXPECT_TRUE(path.is_absolute());
-    EXPECT_EQ(path.filename(), "platform_tests");
-    EXPECT_TRUE(fileExists(path));
-}
-
-TEST(Paths, FolderOfCutsAtTheLastSeparator)
-{
-    EXPECT_EQ(folderOf("/opt/vexlane/bin/vexlane").native(), "/opt/vexlane/bin");
-    EXPECT_EQ(folderOf("/opt/vexlane/bin/").native(), "/opt/vexlane/bin");
-    EXPECT_EQ(folderOf("/vexlane").native(), "");
-    EXPECT_EQ(folderOf("vexlane").native(), "");
-    EXPECT_EQ(folderOf("/дом/папка с пробелом/файл").native(), "/дом/папка с пробелом");
-}
-
 // The runtime folder is made private, a loose one is tightened, and a file
 // in its place is refused.
 TEST(Paths, RuntimeFolderIsPrivate)

@@ -10,7 +10,6 @@
 #include <future>
 #include <memory>
 #include <string>
-#include <thread>
 
 namespace vx::test {
 
@@ -71,18 +70,5 @@ public:
     std::string output;
     std::future<void> reader;
 };
-
-// Polls `done` every 20 ms for up to 20 s.
-template <typename Done>
-bool eventually(Done done)
-{
-    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(20);
-    while (!done()) {
-        if (std::chrono::steady_clock::now() > deadline)
-            return false;
-        std::this_thread::sleep_for(std::chrono::milliseconds(20));
-    }
-    return true;
-}
 
 } // namespace vx::test

@@ -3,6 +3,7 @@
 // WM_COPYDATA, picture blocks, process start/find/kill and command lines,
 // the Run key, the minidump of a crash, and paths with Cyrillic and blanks.
 #include "probe_process.h"
+#include "support/installation.h"
 
 #include "platform/autorun.h"
 #include "platform/command_line.h"
@@ -23,7 +24,7 @@
 #include <thread>
 
 using namespace vx::platform;
-using vx::test::eventually;
+using vx::test::waitFor;
 using vx::test::ProbeProcess;
 using vx::test::testsFolder;
 
@@ -70,7 +71,7 @@ TEST(Win32NamedLock, ExclusiveAcrossProcessesAndTakenOverWhenTheHolderIsKilled)
     EXPECT_FALSE(lock->tryLock());
     ASSERT_TRUE(terminateProcess(holder.pid()));
     // The killed holder's mutex is abandoned and handed to the next taker.
-    EXPECT_TRUE(eventually([&] { return lock->tryLock(); }));
+    EXPECT_TRUE(waitFor([&] { return lock->tryLock(); }, 20000));
     lock->unlock();
 }
 
@@ -80,7 +81,7 @@ TEST(Win32SingleInstance, SecondManagerRaisesTheFirstAndLeavesWithOne)
     ProbeProcess first("vexlane.exe", bin);
     ASSERT_TRUE(first.process);
     WindowHandle window = 0;
-    ASSERT_TRUE(eventually([&] { return (window = findWindow("Vexlane", "")) != 0; }));
+    ASSERT_TRUE(waitFor([&] { return (window = findWindow("Vexlane", "")) != 0; }, 20000));
     EXPECT_EQ(windowOwnerPid(window), first.pid());
     EXPECT_EQ(findWindow("Vexlane", "Vexlane Распознавание автомобильных номеров"), window);
 
@@ -116,7 +117,7 @@ TEST(Win32Window, CopyDataReachesAnotherProcessAndBadSendsFailCleanly)
 
     ASSERT_TRUE(terminateProcess(owner.pid()));
     ASSERT_TRUE(owner.process->waitForExit(20000));
-    EXPECT_TRUE(eventually([&] { return windowOwnerPid(window) == 0; }));
+    EXPECT_TRUE(waitFor([&] { return windowOwnerPid(window) == 0; }, 20000));
     EXPECT_FALSE(sendCopyData(window, copyDataOf(7, {'p', 'i', 'n', 'g'}), 5000));
 }
 
@@ -149,7 +150,7 @@ TEST(Win32Process, StartFindReadCommandLineAndTerminateByExeName)
     ASSERT_TRUE(terminateProcess(probe.pid()));
     ASSERT_TRUE(probe.process->waitForExit(20000));
     EXPECT_EQ(probe.process->exitCode(), 0);
-    EXPECT_TRUE(eventually([&] { return findProcessByName(image) == 0; }));
+    EXPECT_TRUE(waitFor([&] { return findProcessByName(image) == 0; }, 20000));
 
     ProbeProcess leaving("platform_probe.exe exit 3");
     ASSERT_TRUE(leaving.process);
@@ -204,7 +205,6 @@ TEST(Win32CrashCapture, CrashInAChildLeavesAMinidumpAndExitCodeOne)
 TEST(Win32Files, PathsAndDeleteUnlessInUseUnderACyrillicFolder)
 {
     CyrillicFolder folder;
-    EXPECT_EQ(pathSeparator, '\\');
     EXPECT_EQ(executablePath().filename(), "platform_tests.exe");
     EXPECT_EQ(folderOf(L"C:\\Путь с пробелом\\x.exe"), std::filesystem::path(L"C:\\Путь с пробелом"));
 
