@@ -121,9 +121,6 @@ TEST_F(CameraConfigFile, ReaderTable)
              EXPECT_EQ(c.common.xWindow, 100);
              EXPECT_EQ(c.common.ID, 0);
          }},
-        {"Control that isn't an array", "{\"Common\":{}," + sections + ",\"Control\":{\"a\":1}}", false,
-         "[VX2S] loadCamera parse error type \n",
-         [](const CameraConfig& c) { EXPECT_EQ(c.control.timeMinStop, 180); }},
         {"a date that doesn't parse as a date", "{\"Common\":{},\"Recognition\":{},\"ControlReport\":{"
              "\"timeDailyReport\":\"2025-06\",\"timeReportStart\":\"xxxx-01-02 03:04:05\"}}",
          false, "[VX2S] loadCamera parse error type \n",
@@ -145,15 +142,6 @@ TEST_F(CameraConfigFile, ReaderTable)
         c.check(config);
         EXPECT_EQ(written(), c.text) << "a read never rewrites the file";
     }
-}
-
-TEST_F(CameraConfigFile, VideoChunkZeroTakesTheMainConfigsAndIsSavedSo)
-{
-    CameraConfig config;
-    ASSERT_TRUE(loadText("{\"Common\":{\"videoChunk\":0},\"Recognition\":{},\"ControlReport\":{}}", config, 450));
-    EXPECT_EQ(config.common.videoChunk, 450);
-    saveCamera(path(), config, 1234, 1235);
-    EXPECT_NE(written().find("\t\t\"videoChunk\":450,\n"), std::string::npos);
 }
 
 TEST_F(CameraConfigFile, MissingFileFailsSilentlyAndWritesNothing)
