@@ -32,15 +32,6 @@ TEST_F(CameraConfigFile, DocumentedLossesOfASaveAndLoad)
     EXPECT_EQ(config.control.Control[0].signal.body, "C:\new\table") << "the body is unescaped twice";
 }
 
-TEST_F(CameraConfigFile, SaveWritesTheSlotIndexNotTheRecordsNumber)
-{
-    CameraConfig config;
-    config.control.Control[2].numSignal = 7;
-    const std::string text = cameraConfigText(config, 5000, 5001);
-    EXPECT_EQ(text.find("\"numSignal\":7"), std::string::npos);
-    EXPECT_NE(text.find("\t\t\t\"numSignal\":2,\n"), std::string::npos);
-}
-
 // A record whose every section is away from what any read would give.
 CameraConfig touched()
 {
