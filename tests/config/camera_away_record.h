@@ -1,6 +1,7 @@
 #pragma once
 // A camera record with every field away from its default: written, it is
-// the golden vx_stream7.json.
+// the golden vx_stream7.json. The signals' numbers run against their slots:
+// the file holds the slot index.
 #include <string>
 
 #include "config/camera_config.h"
@@ -39,7 +40,7 @@ inline CameraConfig awayFromDefaults()
     k.timeReportEnd = {2024, 12, 0, 31, 23, 59, 59, 0};
     for (int i = 0; i < 4; ++i) {
         SignalConfig& s = k.Control[static_cast<std::size_t>(i)];
-        s.numSignal = i; s.on = true; s.name = utf8ToCp1251("Сигнал " + std::to_string(i));
+        s.numSignal = 3 - i; s.on = true; s.name = utf8ToCp1251("Сигнал " + std::to_string(i));
         s.typeOpen = false; s.typeSendAll = false; s.nameWhiteList = utf8ToCp1251("Гости");
         s.signal.type = 1; s.signal.URL = "http://10.0.0.9/api?plate={plate}&n=" + std::to_string(i);
         s.signal.body = awayBody; s.signal.bodyEncoding = 1; s.signal.image = true; s.signal.smallImage = false;

@@ -32,15 +32,6 @@ TEST_F(CameraConfigFile, DocumentedLossesOfASaveAndLoad)
     EXPECT_EQ(config.control.Control[0].signal.body, "C:\new\table") << "the body is unescaped twice";
 }
 
-TEST_F(CameraConfigFile, SaveWritesTheSlotIndexNotTheRecordsNumber)
-{
-    CameraConfig config;
-    config.control.Control[2].numSignal = 7;
-    const std::string text = cameraConfigText(config, 5000, 5001);
-    EXPECT_EQ(text.find("\"numSignal\":7"), std::string::npos);
-    EXPECT_NE(text.find("\t\t\t\"numSignal\":2,\n"), std::string::npos);
-}
-
 // A record whose every section is away from what any read would give.
 CameraConfig touched()
 {
@@ -121,9 +112,6 @@ TEST_F(CameraConfigFile, ReaderTable)
              EXPECT_EQ(c.common.xWindow, 100);
              EXPECT_EQ(c.common.ID, 0);
          }},
-        {"Control that isn't an array", "{\"Common\":{}," + sections + ",\"Control\":{\"a\":1}}", false,
-         "[VX2S] loadCamera parse error type \n",
-         [](const CameraConfig& c) { EXPECT_EQ(c.control.timeMinStop, 180); }},
         {"a date that doesn't parse as a date", "{\"Common\":{},\"Recognition\":{},\"ControlReport\":{"
              "\"timeDailyReport\":\"2025-06\",\"timeReportStart\":\"xxxx-01-02 03:04:05\"}}",
          false, "[VX2S] loadCamera parse error type \n",
@@ -145,15 +133,6 @@ TEST_F(CameraConfigFile, ReaderTable)
         c.check(config);
         EXPECT_EQ(written(), c.text) << "a read never rewrites the file";
     }
-}
-
-TEST_F(CameraConfigFile, VideoChunkZeroTakesTheMainConfigsAndIsSavedSo)
-{
-    CameraConfig config;
-    ASSERT_TRUE(loadText("{\"Common\":{\"videoChunk\":0},\"Recognition\":{},\"ControlReport\":{}}", config, 450));
-    EXPECT_EQ(config.common.videoChunk, 450);
-    saveCamera(path(), config, 1234, 1235);
-    EXPECT_NE(written().find("\t\t\"videoChunk\":450,\n"), std::string::npos);
 }
 
 TEST_F(CameraConfigFile, MissingFileFailsSilentlyAndWritesNothing)

@@ -7,7 +7,6 @@
 #include "config/date_time.h"
 #include "platform/named_lock.h"
 #include "platform/paths.h"
-#include "platform/text_mode.h"
 #include "config_folder.h"
 
 namespace vx::config {
@@ -29,16 +28,6 @@ class ConfigFile : public test::ConfigFileTest {
 protected:
     std::string pathOf(const std::string& name) const { return configFilePath(dir(), name); }
 };
-
-TEST_F(ConfigFile, WritesTheExactBytes) {
-    const std::string text = "{\n\t\"name\":\"Камера\",\n\t\"k\":0.25\n}";
-    CapturedStderr err;
-    EXPECT_TRUE(writeConfigFile(mainConfigMutexName, pathOf("vx_control_config.json"), text));
-    // Byte for byte, in the platform's text mode: CR LF line ends on Windows.
-    EXPECT_EQ(vx::test::readFileBytes(folder_.file("vx_control_config.json")), platform::toTextMode(text));
-    EXPECT_FALSE(std::filesystem::exists(folder_.file("vx_control_config.json.tmp")));
-    EXPECT_EQ(err.text(), "");
-}
 
 TEST_F(ConfigFile, FileNamedIn1251LandsUnderItsUtf8Name) {
     // "Список" in 1251.

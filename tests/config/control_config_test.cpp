@@ -40,13 +40,6 @@ TEST_F(ControlConfigFile, OldOddAndCorruptFiles)
         EXPECT_EQ(errors_, "");
     }
     {
-        // Nothing limits modeDB.
-        ControlSrvConfig config;
-        ASSERT_TRUE(loadText("{\"modeDB\":9,\"port\":-1}", config));
-        EXPECT_EQ(config.modeDB, 9);
-        EXPECT_EQ(config.port, -1);
-    }
-    {
         // Read up to the bad key, then the type error; still loaded.
         ControlSrvConfig config;
         EXPECT_TRUE(loadText("{\"port\":7000,\"modeDB\":\"x\",\"httpLogger\":true}", config));

@@ -70,12 +70,9 @@ TEST_F(MessengerConfigFile, TokenTable)
     const Case cases[] = {
         {"good", good, "secret", noMessage},
         {"upper-case digits are read too", upper, "secret", noMessage},
-        {"empty", "", "", noMessage},
         {"15 hex digits: dropped silently", good.substr(0, 15), "", noMessage},
         {"16 hex digits: half a block, doesn't decipher", good.substr(0, 16), "", decodeMessage},
-        {"32 digits that don't decipher", std::string(32, '0'), "", decodeMessage},
         {"a character that isn't hex", nonHex, "", decodeMessage},
-        {"Cyrillic letters of the right length", "ЖЖЖЖЖЖЖЖ", "", decodeMessage},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.name);
@@ -121,13 +118,6 @@ TEST_F(MessengerConfigFile, ReaderTable)
              EXPECT_EQ(c.port, 0);
              EXPECT_FALSE(c.on);
          }},
-        {"on is a number", "{\"port\":1236,\"on\":2}", 1235, "",
-         [](const MessengersConfig& c) { EXPECT_TRUE(c.on); }},
-        {"no channels: slots stay, no error", "{\"port\":1236,\"on\":0}", 1235, "",
-         [](const MessengersConfig& c) {
-             EXPECT_FALSE(c.on);
-             EXPECT_EQ(c.channels[0].port, 7);
-         }},
         {"elements beyond ten are ignored",
          "{\"channels\":[{},{},{},{},{},{},{},{},{},{\"name\":\"ten\"},{\"name\":\"eleven\"}]}", 1235, "",
          [](const MessengersConfig& c) { EXPECT_EQ(c.channels[9].name, "ten"); }},
@@ -138,9 +128,6 @@ TEST_F(MessengerConfigFile, ReaderTable)
              EXPECT_TRUE(c.channels[0].on);
              EXPECT_EQ(c.channels[0].port, 7);
          }},
-        {"channels that isn't an array", "{\"port\":1400,\"channels\":{\"a\":{}}}", 1235,
-         "[VX2S] loadMessengers parse error type \n",
-         [](const MessengersConfig& c) { EXPECT_EQ(c.port, 1400); }},
         {"truncated", "{\"port\":1400,", 1235, "[VX2S] loadMessengers parse error at byte 14\n",
          [](const MessengersConfig& c) { EXPECT_EQ(c.port, 1236); }},
     };

