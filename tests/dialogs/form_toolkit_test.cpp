@@ -11,17 +11,6 @@ using namespace vx;
 using namespace vx::dialogs;
 using vx::dialogs::test::cp;
 
-TEST(FormFields, TextIsCutAtItsLimitAndADisabledFieldTakesNoInput)
-{
-    TextField field;
-    field.maxLength = 5;
-    field.type("abcdefgh");
-    EXPECT_EQ(field.text, "abcde");
-    field.enabled = false;
-    field.type("x");
-    EXPECT_EQ(field.text, "abcde");
-}
-
 TEST(FormFields, NumbersAreTheirTextsLeadingNumber)
 {
     IntegerField integer;
