@@ -51,8 +51,7 @@ TEST(FormFields, NumbersAreTheirTextsLeadingNumber)
 
 TEST(PlateCase, LatinAndCyrillicLettersOnlyAreRaised)
 {
-    EXPECT_EQ(upperCasePlate(cp("а123вс77 x")), cp("А123ВС77 X"));
-    EXPECT_EQ(upperCasePlate(cp("ёяЁ")), cp("ЁЯЁ"));
+    EXPECT_EQ(upperCasePlate(cp("ёяЁ x")), cp("ЁЯЁ X"));
     // Other bytes stay: digits, blanks, masks, Latin capitals, the other
     // letters of the code page.
     EXPECT_EQ(upperCasePlate("*[A]|9 "), "*[A]|9 ");

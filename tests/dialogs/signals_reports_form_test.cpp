@@ -96,25 +96,20 @@ TEST(ReportSettingsCheck, CodesInOrderWithLaterOnesWinning)
 }
 
 // The pickers and the report fields are carried through the windows in
-// the window tests; here the on flags, the limits and what isn't on the form.
+// the window tests; here the limits and what isn't on the form.
 TEST_F(SignalsReportsTest, FillShowsTheRecordAndOkReadsTheFormBack)
 {
     control.ControlPortServer = 4444;
     SignalsReportsForm& f = form();
     EXPECT_EQ(f.signalName[1].text, "s2");
-    EXPECT_TRUE(f.signalOn[2].checked);
     EXPECT_EQ(f.notDelMoveGroupQualThresh.text, "0.7");
 
-    f.signalOn[0].click();
-    f.signalOn[2].click();
     f.timeMinBetweenSimilarCar.type("1500");
     f.timeMinStop.type("36000");
     f.notDelMoveGroupQualThresh.type("1");
     period(f, at(2025, 5, 1, 8, 0, 0), at(2025, 5, 31, 20, 0, 0));
     EXPECT_TRUE(f.accept());
     EXPECT_FALSE(reportRequested);
-    EXPECT_TRUE(control.Control[0].on);
-    EXPECT_FALSE(control.Control[2].on);
     EXPECT_EQ(control.ControlPortServer, 4444);
     EXPECT_EQ(control.timeMinBetweenSimilarCar, 1500);
     EXPECT_EQ(control.timeMinStop, 36000);
