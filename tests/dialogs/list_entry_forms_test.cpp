@@ -104,17 +104,6 @@ TEST_F(EntryTest, AFieldThatWouldSplitItsRowIsRefused)
     EXPECT_EQ(list(ListsOnDisk::plain).entries[0].car, "Volvo");
 }
 
-TEST_F(EntryTest, OneTimeRowsTakeTheirTimesWithTheEndBeforeTheStart)
-{
-    ListEntryForm& form = entry(ListsOnDisk::oneTime, 1);
-    form.date2.pick(at(2023, 12, 31));
-    form.time2.pick(at(0, 0, 0, 7));
-    EXPECT_TRUE(form.accept());
-    const config::WhiteListEntry& row = list(ListsOnDisk::oneTime).entries[1];
-    EXPECT_EQ(row.time1, "2024-03-01 08:05:00");
-    EXPECT_EQ(row.time2, "2023-12-31 07:00:00");
-}
-
 TEST_F(EntryTest, AFreshNestedListTakesEveryDayOverTheWholeDayAndRefusalsShowTheLastFailingTest)
 {
     NestedListForm& form = nested(-1);

@@ -95,27 +95,6 @@ TEST(ReportSettingsCheck, CodesInOrderWithLaterOnesWinning)
               cp("Период для генерации лежит больше, чем в двух месяцах! Установите меньший период!"));
 }
 
-// The pickers and the report fields are carried through the windows in
-// the window tests; here the limits and what isn't on the form.
-TEST_F(SignalsReportsTest, FillShowsTheRecordAndOkReadsTheFormBack)
-{
-    control.ControlPortServer = 4444;
-    SignalsReportsForm& f = form();
-    EXPECT_EQ(f.signalName[1].text, "s2");
-    EXPECT_EQ(f.notDelMoveGroupQualThresh.text, "0.7");
-
-    f.timeMinBetweenSimilarCar.type("1500");
-    f.timeMinStop.type("36000");
-    f.notDelMoveGroupQualThresh.type("1");
-    period(f, at(2025, 5, 1, 8, 0, 0), at(2025, 5, 31, 20, 0, 0));
-    EXPECT_TRUE(f.accept());
-    EXPECT_FALSE(reportRequested);
-    EXPECT_EQ(control.ControlPortServer, 4444);
-    EXPECT_EQ(control.timeMinBetweenSimilarCar, 1500);
-    EXPECT_EQ(control.timeMinStop, 36000);
-    EXPECT_FLOAT_EQ(control.notDelMoveGroupQualThresh, 1.0f);
-}
-
 TEST_F(SignalsReportsTest, FailuresShowOneMessageAndStoreNothingAndGenerationCloses)
 {
     SignalsReportsForm& f = form();
@@ -155,9 +134,13 @@ TEST_F(SignalsReportsTest, FailuresShowOneMessageAndStoreNothingAndGenerationClo
     EXPECT_EQ(control.timeMinStop, 60);
 }
 
-TEST_F(SignalsReportsTest, EditingASignalGoesBackAtOnceWithTheStoredOnFlag)
+// The pickers and the report fields are carried through the windows in the
+// window tests.
+TEST_F(SignalsReportsTest, EditingASignalGoesBackAtOnceWithTheStoredOnFlagAndOkReadsTheFormBack)
 {
+    control.ControlPortServer = 4444;
     SignalsReportsForm& f = form();
+    EXPECT_EQ(f.notDelMoveGroupQualThresh.text, "0.7");
     f.signalOn[2].click();   // cleared on the form; the editor still opens
     editor = [](config::SignalConfig& working) {
         working.name = "renamed";
@@ -180,7 +163,15 @@ TEST_F(SignalsReportsTest, EditingASignalGoesBackAtOnceWithTheStoredOnFlag)
     f.editSignal[0].press();
     EXPECT_EQ(control.Control[0].name, "s1");
 
-    // OK here takes the on flags from the checks.
+    // OK here takes the on flags from the checks; the limits pass.
+    f.timeMinBetweenSimilarCar.type("1500");
+    f.timeMinStop.type("36000");
+    f.notDelMoveGroupQualThresh.type("1");
     ASSERT_TRUE(f.accept());
+    EXPECT_FALSE(reportRequested);
     EXPECT_FALSE(control.Control[2].on);
+    EXPECT_EQ(control.ControlPortServer, 4444);
+    EXPECT_EQ(control.timeMinBetweenSimilarCar, 1500);
+    EXPECT_EQ(control.timeMinStop, 36000);
+    EXPECT_FLOAT_EQ(control.notDelMoveGroupQualThresh, 1.0f);
 }
