@@ -42,7 +42,6 @@ protected:
     SignalForm& form()
     {
         form_ = std::make_unique<SignalForm>(working, samples, lists, messages, [this] {
-            ++managerRuns;
             if (onManager)
                 onManager();
         });
@@ -54,7 +53,6 @@ protected:
     std::vector<config::ReceiverSample> samples;
     config::WhiteListTable lists;
     ScriptedMessages messages;
-    int managerRuns = 0;
     std::function<void()> onManager;
 
 private:
@@ -63,11 +61,10 @@ private:
 
 } // namespace
 
-TEST_F(SignalFormTest, DisabledImageMarksAndTheChoicesAreStored)
+TEST_F(SignalFormTest, DisabledImageMarksAndThePolicyAreStored)
 {
     SignalForm& f = form();
     f.policy.choose(sendExceptWhiteList);
-    f.signalType.choose(signalCloses);
     // POST then PUT: the image checks go off and keep their marks, which are stored.
     f.requestType.select(1);
     f.image.click();
@@ -78,7 +75,6 @@ TEST_F(SignalFormTest, DisabledImageMarksAndTheChoicesAreStored)
     EXPECT_EQ(working.signal.type, 2);
     EXPECT_FALSE(working.typeSendAll);
     EXPECT_TRUE(working.noWhiteSignal);
-    EXPECT_FALSE(working.typeOpen);
 }
 
 TEST_F(SignalFormTest, ApplyingATemplateOverwritesTheRequestButNotTheEncoding)
@@ -114,7 +110,6 @@ TEST_F(SignalFormTest, AMissingListShowsTheFirstAndChangeSelectsTheStoredName)
     g.whiteList.select(1);   // the operator picked "Staff"
     onManager = [this] { lists.lists.erase(lists.lists.begin()); };
     g.changeWhiteLists.press();
-    EXPECT_EQ(managerRuns, 1);
     EXPECT_EQ(g.whiteList.items, (std::vector<std::string>{"Staff", "Guests"}));
     EXPECT_EQ(g.whiteList.selected, 1);   // "Guests", the stored one
 }
@@ -138,7 +133,6 @@ TEST_F(SignalFormTest, ChecksUseTheirOwnLimitsAndTheLastFailureSpeaks)
         {"0", "100001", "10000", wait},
         {"0", "500", "100001", close},
         {"", "", "", close},                // all three fail: the last one speaks
-        {"", "", "5", wait},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(std::string(c.pause) + "/" + c.wait + "/" + c.close);

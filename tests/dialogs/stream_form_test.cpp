@@ -133,7 +133,6 @@ TEST_F(StreamFormTest, ADecoderClickClearsTheOther)
 
 TEST_F(StreamFormTest, AcceptKeepsWindowIdAndAutorunAndClearsWhatIsNotOnTheForm)
 {
-    record.xWindow = 11;
     record.heightWindow = 14;
     record.ID = 7;
     record.autoRun = true;
@@ -143,7 +142,6 @@ TEST_F(StreamFormTest, AcceptKeepsWindowIdAndAutorunAndClearsWhatIsNotOnTheForm)
     f.videoName.type(cp(" Выезд "));
     f.width.type("640");
     EXPECT_EQ(acceptMessage(), "");
-    EXPECT_EQ(record.xWindow, 11);
     EXPECT_EQ(record.heightWindow, 14);
     EXPECT_EQ(record.ID, 7);
     EXPECT_TRUE(record.autoRun);
