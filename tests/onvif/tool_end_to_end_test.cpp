@@ -76,8 +76,9 @@ TEST(OnvifTool, LinkFromEachKindOfCamera)
         FakeCamera camera(c.scenario);
         ASSERT_TRUE(camera.running());
         EXPECT_EQ(linkOf(camera), c.link);
-        if (c.asked)
+        if (c.asked) {
             EXPECT_GT(std::ranges::count(camera.operations(), std::string(c.asked)), 0) << c.asked;
+        }
         EXPECT_GE(camera.probes(), c.probes);
     }
 }
