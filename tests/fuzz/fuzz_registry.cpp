@@ -15,8 +15,7 @@ std::map<std::string, FuzzTarget>& targets()
 
 FuzzRegistration::FuzzRegistration(std::string name, FuzzInput input, std::vector<std::string> tokens)
 {
-    FuzzTarget target{name, input, std::move(tokens)};
-    targets()[name] = std::move(target);
+    targets()[name] = FuzzTarget{name, input, std::move(tokens)};
 }
 
 const FuzzTarget* findFuzzTarget(const std::string& name)

@@ -1,7 +1,7 @@
 #pragma once
-// The fuzz inputs by name. Each <name>_fuzz_input.cpp registers its input
-// with a FuzzRegistration at namespace scope; the plain driver and the
-// libFuzzer executables look it up by name.
+// The fuzz inputs by name. Each input source registers its inputs, one
+// FuzzRegistration each at namespace scope; the plain driver and the
+// libFuzzer executables look them up by name.
 #include <cstddef>
 #include <cstdint>
 #include <string>

@@ -10,13 +10,12 @@
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
 #include <random>
-#include <sstream>
 #include <string>
 #include <vector>
 
 #include "fuzz_registry.h"
+#include "fuzz_support.h"
 
 namespace {
 
@@ -28,14 +27,6 @@ const char* const commonTokens[] = {
     "-1", "0", "7", "99999999999", "2147483647", "-2147483649", "\xC0\xC1", "\xD0\x90", "\xFF",
     "null", "true", "false", "1.5e9", "\"\"", "[]", "{}",
 };
-
-std::string readFile(const std::filesystem::path& path)
-{
-    std::ifstream in(path, std::ios::binary);
-    std::ostringstream out;
-    out << in.rdbuf();
-    return out.str();
-}
 
 std::string mutate(std::string input, std::mt19937& random, const std::vector<std::string>& tokens)
 {
@@ -106,7 +97,7 @@ int main(int argc, char** argv)
     std::sort(files.begin(), files.end());   // the same order on every run
     std::vector<std::string> corpus;
     for (const auto& file : files)
-        corpus.push_back(readFile(file));
+        corpus.push_back(vx::fuzz::readFileBytes(file));
     if (corpus.empty()) {
         std::fprintf(stderr, "no corpus in %s\n", argv[2]);
         return 2;

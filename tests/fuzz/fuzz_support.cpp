@@ -2,7 +2,6 @@
 
 #include <cstdio>
 #include <cstdlib>
-#include <fstream>
 #include <random>
 
 namespace vx::fuzz {
@@ -21,12 +20,6 @@ const std::filesystem::path& fuzzFolder()
         return path;
     }();
     return folder;
-}
-
-void putFile(const std::filesystem::path& path, const std::string& bytes)
-{
-    std::ofstream out(path, std::ios::binary | std::ios::trunc);
-    out << bytes;
 }
 
 void check(bool condition, const char* what)

@@ -28,15 +28,15 @@ void readJournalInput(const std::uint8_t* data, std::size_t size)
 {
     const std::string input = inputText(data, size);
     const auto path = fuzzFolder() / "vxsystem.log";
-    putFile(path, input);
+    writeFileBytes(path, input);
     journal::LogFollower whole(path);
     const std::vector<std::string> lines = readAll(whole);
 
     const std::size_t half = input.size() / 2;
-    putFile(path, input.substr(0, half));
+    writeFileBytes(path, input.substr(0, half));
     journal::LogFollower growing(path);
     std::vector<std::string> stepwise = readAll(growing);
-    putFile(path, input);
+    writeFileBytes(path, input);
     if (half > 0) {   // the same length again would not be seen as growth
         const std::vector<std::string> rest = readAll(growing);
         stepwise.insert(stepwise.end(), rest.begin(), rest.end());

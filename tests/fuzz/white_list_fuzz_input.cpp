@@ -31,8 +31,8 @@ bool plainFileName(const std::string& file) {
 }
 
 void readAsLists(const std::string& dir, const std::string& input) {
-    putFile(dir + "/a.list.csv", input);
-    putFile(dir + "/b.list.json", input);
+    writeFileBytes(dir + "/a.list.csv", input);
+    writeFileBytes(dir + "/b.list.json", input);
     WhiteListTable table;
     table.lists.resize(3);
     table.lists[0].file = "empty.list.csv";
@@ -63,7 +63,7 @@ void readAsLists(const std::string& dir, const std::string& input) {
 }
 
 void readAsRegistry(const std::string& dir, const std::string& input) {
-    putFile(dir + "/vx_stream_config_whitelists.json", input);
+    writeFileBytes(dir + "/vx_stream_config_whitelists.json", input);
     WhiteListTable table;
     loadWhiteListsList(table, dir);
     // The load of all lists opens the files the registry names; keep it to
@@ -78,7 +78,7 @@ void readAsRegistry(const std::string& dir, const std::string& input) {
 void readWhiteListInput(const std::uint8_t* data, std::size_t size)
 {
     const std::string input = inputText(data, size);
-    SilencedStderr silenced;
+    CapturedStderr silenced;
     // Every file of the folder is written afresh by each input before it is
     // read, so the folder is made once and not emptied.
     const std::string dir = fuzzFolder().string();

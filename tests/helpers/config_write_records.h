@@ -42,17 +42,13 @@ inline ConfigWriteRecords configWriteRecords(int version)
     return r;
 }
 
-inline const std::vector<std::int32_t>& loopStreamIds()
-{
-    static const std::vector<std::int32_t> ids{loopStreamId};
-    return ids;
-}
+inline const std::vector<std::int32_t> loopStreamIds{loopStreamId};
 
 // Writes every file of `r` into `folder` with the manager's writers; false
 // when any of them failed.
 inline bool writeConfigRecords(const std::string& folder, ConfigWriteRecords& r)
 {
-    bool ok = config::saveConfig(folder, r.main, loopStreamIds(), {true});
+    bool ok = config::saveConfig(folder, r.main, loopStreamIds, {true});
     ok = config::saveCamera(config::cameraFilePath(folder, loopStreamId), r.camera, 4000, 5000) && ok;
     ok = config::saveMessengers(folder, r.messengers) && ok;
     ok = config::saveRecogGlobal(folder, r.recognition) && ok;
@@ -66,7 +62,7 @@ inline std::vector<std::pair<std::string, std::string>> configWriteTexts(int ver
     ConfigWriteRecords r = configWriteRecords(version);
     std::vector<std::string> streams;
     return {
-        {config::mainConfigFileName, config::mainConfigText(r.main, loopStreamIds(), {true}, streams)},
+        {config::mainConfigFileName, config::mainConfigText(r.main, loopStreamIds, {true}, streams)},
         {config::cameraFileName(loopStreamId), config::cameraConfigText(r.camera, 4000, 5000)},
         {config::messengersConfigFileName, config::messengersConfigText(r.messengers)},
         {config::recognitionConfigFileName, config::recognitionConfigText(r.recognition)},

@@ -21,21 +21,14 @@ std::string linkOf(const FakeCamera& camera)
     return timed.run.output;
 }
 
-bool asked(const FakeCamera& camera, const std::string& operation)
-{
-    const auto list = camera.operations();
-    return std::find(list.begin(), list.end(), operation) != list.end();
-}
-
 const std::string mainLink =
     "{\"rtsp\":\"rtsp://127.0.0.1:8554/Streaming/Channels/101?transportmode=unicast&profile=main&1\"}\n";
 
-TEST(OnvifTool, ScanListsEachCameraOnceWithItsName)
+TEST(OnvifTool, ScanListsEachCameraOnceWithItsNameAndNobodyGivesAnEmptyList)
 {
-    CameraScenario second;
-    second.endpoint = "urn:uuid:second";
-    second.scopes = "onvif://www.onvif.org/name/%D0%92%D1%8A%D0%B5%D0%B7%D0%B4+%22A%22";
-    FakeCamera a(CameraScenario{}), b(second);
+    FakeCamera a(CameraScenario{}),
+        b({.endpoint = "urn:uuid:second",
+           .scopes = "onvif://www.onvif.org/name/%D0%92%D1%8A%D0%B5%D0%B7%D0%B4+%22A%22"});
     ASSERT_TRUE(a.running() && b.running());
     LoopbackDiscovery loopback("127.0.0.1:" + port(a.discoveryPort()) + ",127.0.0.1:" + port(b.discoveryPort()), "1");
     const TimedRun timed = runOnvifTool("-scan");
@@ -49,89 +42,56 @@ TEST(OnvifTool, ScanListsEachCameraOnceWithItsName)
         << out;
     // Both device types, each sent more than once.
     EXPECT_GE(a.probes(), 4);
-}
 
-TEST(OnvifTool, ScanWithNobodyAnsweringGivesAnEmptyList)
-{
-    LoopbackDiscovery loopback("127.0.0.1:9", "9");
+    LoopbackDiscovery nobody("127.0.0.1:9", "9");
     EXPECT_EQ(runOnvifTool("-scan").run.output, "{\"cameras\":[]}\n");
 }
 
-TEST(OnvifTool, WsSecurityWithTheCameraClockMonthsAhead)
+// The ways cameras differ, each of them giving the link.
+TEST(OnvifTool, LinkFromEachKindOfCamera)
 {
-    CameraScenario scenario;
-    scenario.clockOffset = 90LL * 24 * 3600 + 1234;
-    FakeCamera camera(scenario);
-    ASSERT_TRUE(camera.running());
-    EXPECT_EQ(linkOf(camera), mainLink);
-    // The profile with a video encoder came first; the audio one was never asked.
-    EXPECT_TRUE(asked(camera, "GetStreamUri(media)"));
-}
-
-TEST(OnvifTool, DigestWhenTheSecurityHeaderIsRefused)
-{
-    CameraScenario scenario;
-    scenario.wsSecurity = false;
-    scenario.digest = true;
-    scenario.refuseSecurityHeader = true;
-    FakeCamera camera(scenario);
-    ASSERT_TRUE(camera.running());
-    EXPECT_EQ(linkOf(camera), mainLink);
-}
-
-TEST(OnvifTool, Media2WhenThereIsNoMediaAndTheFirstProfileFaults)
-{
-    CameraScenario scenario;
-    scenario.media = false;
-    scenario.faultFirstProfile = true;
-    scenario.streamUri = "rtsp://127.0.0.2/m2?x=1";
-    FakeCamera camera(scenario);
-    ASSERT_TRUE(camera.running());
-    EXPECT_EQ(linkOf(camera), "{\"rtsp\":\"rtsp://127.0.0.1/m2?x=1&p2=m2sub\"}\n");
-}
-
-TEST(OnvifTool, CapabilitiesAfterAServicesFaultAndNoActionAfterAnEmptyAnswer)
-{
-    CameraScenario scenario;
-    scenario.servicesFault = true;
-    scenario.emptyBodyWithAction = true;
-    scenario.authForTime = true;
-    FakeCamera camera(scenario);
-    ASSERT_TRUE(camera.running());
-    EXPECT_EQ(linkOf(camera), mainLink);
-    EXPECT_TRUE(asked(camera, "GetCapabilities"));
-}
-
-TEST(OnvifTool, DeviceServiceFoundByAUnicastProbe)
-{
-    CameraScenario scenario;
-    scenario.devicePath = "/onvif/device_other";
-    FakeCamera camera(scenario);
-    ASSERT_TRUE(camera.running());
-    EXPECT_EQ(linkOf(camera), mainLink);
-    EXPECT_GE(camera.probes(), 1);
+    struct Case {
+        const char* what;
+        CameraScenario scenario;
+        std::string link = mainLink;
+        const char* asked = nullptr;   // an operation the tool must have used
+        int probes = 0;                // at least this many probes came
+    };
+    const Case cases[] = {
+        // The profile with a video encoder came first; the audio one was never asked.
+        {"ws-security, camera clock months ahead", {.clockOffset = 90LL * 24 * 3600 + 1234}, mainLink,
+         "GetStreamUri(media)"},
+        {"digest when the security header is refused",
+         {.wsSecurity = false, .digest = true, .refuseSecurityHeader = true}},
+        {"media2 when there is no media and the first profile faults",
+         {.media = false, .faultFirstProfile = true, .streamUri = "rtsp://127.0.0.2/m2?x=1"},
+         "{\"rtsp\":\"rtsp://127.0.0.1/m2?x=1&p2=m2sub\"}\n"},
+        {"capabilities after a services fault, no action after an empty answer",
+         {.authForTime = true, .servicesFault = true, .emptyBodyWithAction = true}, mainLink, "GetCapabilities"},
+        {"device service found by a unicast probe", {.devicePath = "/onvif/device_other"}, mainLink, nullptr, 1},
+        {"broken xml gives no link", {.brokenXml = true}, "{}\n"},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.what);
+        FakeCamera camera(c.scenario);
+        ASSERT_TRUE(camera.running());
+        EXPECT_EQ(linkOf(camera), c.link);
+        if (c.asked) {
+            EXPECT_GT(std::ranges::count(camera.operations(), std::string(c.asked)), 0) << c.asked;
+        }
+        EXPECT_GE(camera.probes(), c.probes);
+    }
 }
 
 // A wrong login is met by the discovery tests of both platforms.
-TEST(OnvifTool, BrokenXmlAndSlowCamerasGiveNoLink)
+TEST(OnvifTool, ASlowCameraGivesNoLinkWithinTheTimeLimit)
 {
-    {
-        CameraScenario scenario;
-        scenario.brokenXml = true;
-        FakeCamera camera(scenario);
-        ASSERT_TRUE(camera.running());
-        EXPECT_EQ(linkOf(camera), "{}\n");
-    }
-    {
-        CameraScenario scenario;
-        scenario.answerDelayMs = 2500;
-        FakeCamera camera(scenario);
-        ASSERT_TRUE(camera.running());
-        ScopedEnv limit("VX_ONVIF_TIME_LIMIT_MS", "1200");
-        const TimedRun timed = runOnvifTool("-rtsp 127.0.0.1:" + port(camera.httpPort()) + " admin admin");
-        EXPECT_EQ(timed.run.output, "{}\n");
-        EXPECT_LT(timed.ms, 2500);
-    }
+    FakeCamera camera({.answerDelayMs = 2500});
+    ASSERT_TRUE(camera.running());
+    ScopedEnv limit("VX_ONVIF_TIME_LIMIT_MS", "1200");
+    const TimedRun timed = runOnvifTool("-rtsp 127.0.0.1:" + port(camera.httpPort()) + " admin admin");
+    EXPECT_EQ(timed.run.output, "{}\n");
+    EXPECT_LT(timed.ms, 2500);
 }
 
 } // namespace

@@ -26,19 +26,15 @@ inline std::string readText(const std::filesystem::path& path)
     return text;
 }
 
-// A path's UTF-8 text with its backslashes doubled, as it stands between the
-// quotes of a JSON file.
-inline std::string jsonPath(const std::filesystem::path& path)
-{
-    const std::u8string utf8 = path.u8string();
-    return config::doubleBackslashes(std::string(utf8.begin(), utf8.end()));
-}
-
 // A path's UTF-8 text.
 inline std::string utf8Path(const std::filesystem::path& path)
 {
     const std::u8string utf8 = path.u8string();
     return std::string(utf8.begin(), utf8.end());
 }
+
+// A path's UTF-8 text with its backslashes doubled, as it stands between the
+// quotes of a JSON file.
+inline std::string jsonPath(const std::filesystem::path& path) { return config::doubleBackslashes(utf8Path(path)); }
 
 } // namespace vx::test

@@ -1,5 +1,6 @@
 #include "support/time_scale.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <limits>
 
@@ -12,9 +13,7 @@ int scaledMs(int timeoutMs)
         const double value = text ? std::strtod(text, nullptr) : 1.0;
         return value > 1.0 && value <= 100.0 ? value : 1.0;
     }();
-    const double scaled = timeoutMs * scale;
-    return scaled >= std::numeric_limits<int>::max() ? std::numeric_limits<int>::max()
-                                                       : static_cast<int>(scaled);
+    return static_cast<int>(std::min<double>(timeoutMs * scale, std::numeric_limits<int>::max()));
 }
 
 } // namespace vx::test

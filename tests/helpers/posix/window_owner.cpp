@@ -1,12 +1,12 @@
 // Owns a window endpoint for a test, from a process of its own.
-//   window_owner <class> <title> serve|idle
-// Prints "ready <handle in hex>" and then, when serving, one line per message
-// handled: "copy <dwData> <payload>", "show <command>", "foreground".
+//   window_owner <class> <title> serve
+// Prints "ready <handle in hex>" and then one line per message handled:
+// "copy <dwData> <payload>", "show <command>", "foreground".
 // A copy-data message whose dwData is not 0 makes the handler sleep that many
 // milliseconds first, and a payload that names a file gets that file created
 // before the handler returns, so a test can tell the order of events.
-// "idle" never dispatches. Input lines: "title <text>" sets the title
-// (answers "titled"). The end of its input ends the program.
+// Input lines: "title <text>" sets the title (answers "titled"). The end of
+// its input ends the program.
 #include "platform/window_endpoint.h"
 
 #include <poll.h>
@@ -25,10 +25,9 @@ using namespace vx::platform;
 int main(int argc, char** argv)
 {
     if (argc != 4) {
-        std::cerr << "usage: window_owner <class> <title> serve|idle\n";
+        std::cerr << "usage: window_owner <class> <title> serve\n";
         return 2;
     }
-    const bool serve = std::string(argv[3]) == "serve";
     auto window = createWindowEndpoint(argv[1], argv[2]);
     if (!window) {
         std::cout << "nowindow" << std::endl;
@@ -54,9 +53,9 @@ int main(int argc, char** argv)
     std::string pending;
     for (;;) {
         pollfd entries[2] = {{0, POLLIN, 0}, {window->pollDescriptor(), POLLIN, 0}};
-        if (::poll(entries, serve ? 2 : 1, -1) < 0)
+        if (::poll(entries, 2, -1) < 0)
             continue;
-        if (serve && (entries[1].revents & POLLIN))
+        if (entries[1].revents & POLLIN)
             window->dispatchPending();
         if (entries[0].revents & (POLLIN | POLLHUP)) {
             char buffer[256];

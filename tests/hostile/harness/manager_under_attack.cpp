@@ -87,11 +87,6 @@ private:
     std::thread thread_;
 };
 
-std::int32_t uniqueBaseId()
-{
-    return 900000 + static_cast<std::int32_t>(::getpid() % 20000) * 4;
-}
-
 // The good stream's picture. A copy shares the pixels, so while the caller
 // holds it a newer picture can't come to the same address.
 imaging::Picture goodPicture(core::AppState& state, std::int32_t id)
@@ -105,19 +100,7 @@ imaging::Picture goodPicture(core::AppState& state, std::int32_t id)
     return picture;
 }
 
-} // namespace
-
-std::string Figures::line(const std::string& attack) const
-{
-    char text[256];
-    std::snprintf(text, sizeof text,
-                  "%-16s latency max %7.1f ms p99 %6.1f ms (%d samples)  RSS %ld -> %ld KiB (%+ld, peak %ld)  "
-                  "zones %ld  good pictures %d  %.1f s",
-                  attack.c_str(), maxMs, p99Ms, samples, rssBeforeKb, rssAfterKb, rssGrowthKb(), rssPeakKb,
-                  zonesShown, goodPictures, seconds);
-    return text;
-}
-
+// Resident memory of this process, KiB.
 long residentKb()
 {
     std::ifstream status("/proc/self/status");
@@ -127,11 +110,7 @@ long residentKb()
     return 0;
 }
 
-long allocatorHoldKb()
-{
-    return ::dlsym(RTLD_DEFAULT, "__asan_init") ? 256 * 1024 : 0;
-}
-
+// A loopback port nothing listens on (bound once, then let go).
 std::uint16_t closedPort()
 {
     const int fd = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
@@ -148,6 +127,24 @@ std::uint16_t closedPort()
     return port;
 }
 
+} // namespace
+
+std::string Figures::line(const std::string& attack) const
+{
+    char text[256];
+    std::snprintf(text, sizeof text,
+                  "%-16s latency max %7.1f ms p99 %6.1f ms (%d samples)  RSS %ld -> %ld KiB (%+ld, peak %ld)  "
+                  "zones %ld  good pictures %d  %.1f s",
+                  attack.c_str(), maxMs, p99Ms, samples, rssBeforeKb, rssAfterKb, rssGrowthKb(), rssPeakKb,
+                  zonesShown, goodPictures, seconds);
+    return text;
+}
+
+long allocatorHoldKb()
+{
+    return ::dlsym(RTLD_DEFAULT, "__asan_init") ? 256 * 1024 : 0;
+}
+
 std::unique_ptr<ChildProcess> startPeer(const std::string& name, const std::vector<std::string>& arguments)
 {
     return ChildProcess::start(fs::path(VEXLANE_PEER_DIR) / name, arguments);
@@ -158,7 +155,8 @@ ManagerUnderAttack::ManagerUnderAttack(ServicePorts ports) : base_("vexlane-host
     for (std::uint16_t* port : {&ports_.recognition, &ports_.control, &ports_.messengers})
         if (*port == 0)
             *port = closedPort();
-    goodId_ = uniqueBaseId();
+    // IDs of their own, so two runs at once don't meet.
+    goodId_ = 900000 + static_cast<std::int32_t>(::getpid() % 20000) * 4;
 }
 
 ManagerUnderAttack::~ManagerUnderAttack()
@@ -172,11 +170,6 @@ ManagerUnderAttack::~ManagerUnderAttack()
 std::string ManagerUnderAttack::title(std::int32_t id) const
 {
     return "Hostile site " + std::to_string(id);
-}
-
-std::string ManagerUnderAttack::hostileTitle() const
-{
-    return title(hostileId());
 }
 
 std::string ManagerUnderAttack::servicePanel() const
@@ -245,7 +238,7 @@ bool ManagerUnderAttack::start(int timeoutMs)
 
 std::unique_ptr<ChildProcess> ManagerUnderAttack::startHostileStream(const std::string& mode, double seconds, int rate)
 {
-    auto peer = startPeer("hostile_stream", {mode, std::to_string(hostileId()), hostileTitle(),
+    auto peer = startPeer("hostile_stream", {mode, std::to_string(hostileId()), title(hostileId()),
                                              std::to_string(seconds), std::to_string(rate)});
     if (!peer || peer->readLine(10000) != "ready")
         return nullptr;

@@ -35,8 +35,6 @@ struct Figures {
     std::string line(const std::string& attack) const;
 };
 
-// Resident memory of this process, KiB.
-long residentKb();
 // What the allocator may hold back on its own, KiB: AddressSanitizer keeps
 // freed blocks in a quarantine of 256 MiB by default, so under it every
 // picture decoded and dropped stays resident until that fills.
@@ -46,9 +44,6 @@ long allocatorHoldKb();
 struct ServicePorts {
     std::uint16_t recognition = 0, control = 0, messengers = 0;
 };
-
-// A loopback port nothing listens on (bound once, then let go).
-std::uint16_t closedPort();
 
 // A peer of tests/: a program built beside the test executables.
 std::unique_ptr<ChildProcess> startPeer(const std::string& name, const std::vector<std::string>& arguments);
@@ -77,11 +72,8 @@ public:
     // Runs the event loop until `condition` holds or `ms` ran out.
     bool runUntil(const std::function<bool()>& condition, int ms);
 
-    ui::MainWindow& window() { return *window_; }
     core::AppState& state() { return *state_; }
-    std::int32_t goodId() const { return goodId_; }
     std::int32_t hostileId() const { return goodId_ + 1; }
-    std::string hostileTitle() const;
     // The service panel's text, as shown.
     std::string servicePanel() const;
 

@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <ctime>
 #include <map>
+#include <regex>
 
 #include "hashes.h"
 #include "ws_security.h"
@@ -21,34 +22,15 @@ const char* const opaque = "0paque";
 
 std::string md5Hex(const std::string& text) { return onvif::hexText(onvif::hashBytes(onvif::HashKind::md5, text)); }
 
-std::map<std::string, std::string> digestFields(std::string text)
+// The fields of an Authorization header "Digest a=\"x\", b=y, ...".
+std::map<std::string, std::string> digestFields(const std::string& text)
 {
     std::map<std::string, std::string> fields;
     if (text.rfind("Digest ", 0) != 0)
         return fields;
-    std::size_t p = 7;
-    while (p < text.size()) {
-        while (p < text.size() && (text[p] == ' ' || text[p] == ','))
-            ++p;
-        const std::size_t eq = text.find('=', p);
-        if (eq == std::string::npos)
-            break;
-        const std::string key = text.substr(p, eq - p);
-        p = eq + 1;
-        std::string value;
-        if (p < text.size() && text[p] == '"') {
-            const std::size_t close = text.find('"', p + 1);
-            if (close == std::string::npos)
-                break;
-            value = text.substr(p + 1, close - p - 1);
-            p = close + 1;
-        } else {
-            const std::size_t comma = text.find(',', p);
-            value = text.substr(p, comma == std::string::npos ? std::string::npos : comma - p);
-            p = comma == std::string::npos ? text.size() : comma;
-        }
-        fields[key] = value;
-    }
+    static const std::regex field(R"re((\w+)=(?:"([^"]*)"|([^,\s]*)))re");
+    for (std::sregex_iterator it(text.begin() + 7, text.end(), field), end; it != end; ++it)
+        fields[(*it)[1]] = (*it)[2].matched ? (*it)[2].str() : (*it)[3].str();
     return fields;
 }
 
@@ -146,10 +128,8 @@ void FakeCamera::serveDiscovery()
         if (types.find("NetworkVideoTransmitter") == std::string::npos && types.find("Device") == std::string::npos)
             continue;
         const std::string messageId = onvif::textAt(datagram, {"MessageID"}).value_or("");
-        const std::string ownHost = scenario_.wrongHosts ? "169.254.10.20" : scenario_.host;
-        const std::string xaddrs = "http://[fe80::1]/onvif/device_service http://" + ownHost
-            + "/onvif/device_service http://" + scenario_.host + ":" + std::to_string(httpPort_)
-            + scenario_.devicePath;
+        const std::string xaddrs = "http://[fe80::1]/onvif/device_service http://169.254.10.20/onvif/device_service "
+                                   "http://" + scenario_.host + ":" + std::to_string(httpPort_) + scenario_.devicePath;
         const std::string hello =
             "<?xml version=\"1.0\"?><e:Envelope xmlns:e=\"http://www.w3.org/2003/05/soap-envelope\" "
             "xmlns:d=\"http://schemas.xmlsoap.org/ws/2005/04/discovery\"><e:Body><d:Hello><d:XAddrs>http://"
@@ -197,7 +177,7 @@ std::string FakeCamera::answer(const std::string& path, const std::string& conte
         std::lock_guard lock(mutex_);
         operations_.push_back(operation + (onMedia ? "(media)" : onMedia2 ? "(media2)" : ""));
     }
-    if (path != s.devicePath && !(onMedia && s.media) && !(onMedia2 && s.media2)) {
+    if (path != s.devicePath && !(onMedia && s.media) && !onMedia2) {
         status = 404;
         return "not here";
     }
@@ -251,25 +231,22 @@ std::string FakeCamera::answer(const std::string& path, const std::string& conte
         return reply(fault("SOAP-ENV:Sender", "ter:NotAuthorized", "Sender not Authorized"));
     }
 
-    const std::string wrong = s.wrongHosts ? "127.0.0.2" : s.host;
-    const std::string base = "http://" + wrong + ":" + std::to_string(httpPort_);
+    const std::string base = "http://127.0.0.2:" + std::to_string(httpPort_);
     if (operation == "GetSystemDateAndTime") {
         using namespace std::chrono;
         const sys_seconds t{seconds(cameraNow)};
         const year_month_day date{floor<days>(t)};
         const hh_mm_ss time{t - floor<days>(t)};
-        char stamp[512];
-        std::snprintf(stamp, sizeof stamp,
-                      "<tt:UTCDateTime><tt:Time><tt:Hour>%d</tt:Hour><tt:Minute>%d</tt:Minute><tt:Second>%d"
-                      "</tt:Second></tt:Time><tt:Date><tt:Year>%d</tt:Year><tt:Month>%d</tt:Month><tt:Day>%d</tt:Day>"
-                      "</tt:Date></tt:UTCDateTime>",
-                      static_cast<int>(time.hours().count()), static_cast<int>(time.minutes().count()),
-                      static_cast<int>(time.seconds().count()), static_cast<int>(date.year()),
-                      static_cast<int>(static_cast<unsigned>(date.month())),
-                      static_cast<int>(static_cast<unsigned>(date.day())));
+        const auto tag = [](const std::string& name, auto value) {
+            return "<tt:" + name + ">" + std::to_string(static_cast<int>(value)) + "</tt:" + name + ">";
+        };
+        const std::string stamp = "<tt:UTCDateTime><tt:Time>" + tag("Hour", time.hours().count())
+            + tag("Minute", time.minutes().count()) + tag("Second", time.seconds().count()) + "</tt:Time><tt:Date>"
+            + tag("Year", static_cast<int>(date.year())) + tag("Month", static_cast<unsigned>(date.month()))
+            + tag("Day", static_cast<unsigned>(date.day())) + "</tt:Date></tt:UTCDateTime>";
         return reply(envelope("<tds:GetSystemDateAndTimeResponse><tds:SystemDateAndTime>"
                               "<tt:DateTimeType>NTP</tt:DateTimeType>"
-                              + std::string(stamp) + "</tds:SystemDateAndTime></tds:GetSystemDateAndTimeResponse>"));
+                              + stamp + "</tds:SystemDateAndTime></tds:GetSystemDateAndTimeResponse>"));
     }
     if (operation == "GetServices") {
         if (s.servicesFault)
@@ -280,9 +257,8 @@ std::string FakeCamera::answer(const std::string& path, const std::string& conte
             list += "<tds:Service><tds:Namespace>http://www.onvif.org/ver10/media/wsdl</tds:Namespace><tds:XAddr>"
                 + base + "/onvif/media_service</tds:XAddr><tds:Version><tt:Major>2</tt:Major></tds:Version>"
                   "</tds:Service>";
-        if (s.media2)
-            list += "<tds:Service><tds:Namespace>http://www.onvif.org/ver20/media/wsdl</tds:Namespace><tds:XAddr>"
-                + base + "/onvif/media2_service</tds:XAddr></tds:Service>";
+        list += "<tds:Service><tds:Namespace>http://www.onvif.org/ver20/media/wsdl</tds:Namespace><tds:XAddr>"
+            + base + "/onvif/media2_service</tds:XAddr></tds:Service>";
         return reply(envelope("<tds:GetServicesResponse>" + list + "</tds:GetServicesResponse>"));
     }
     if (operation == "GetCapabilities") {

@@ -30,13 +30,11 @@ struct CameraScenario {
     bool digest = false;                   // asks for HTTP Digest when no token passed
     bool refuseSecurityHeader = false;     // a MustUnderstand fault for any wsse:Security
     bool authForTime = false;              // GetSystemDateAndTime wants authentication too
-    bool media = true;                     // ver10 media service
-    bool media2 = true;                    // ver20 media service
+    bool media = true;                     // ver10 media service (ver20 always there)
     bool servicesFault = false;            // GetServices faults: GetCapabilities must serve
     bool faultFirstProfile = false;        // GetStreamUri faults for the first profile
     bool emptyBodyWithAction = false;      // an empty answer while the content type names the action
     bool brokenXml = false;                // every SOAP answer cut in the middle
-    bool wrongHosts = true;                // service addresses on 127.0.0.2
     std::string streamUri = "rtsp://0.0.0.0:8554/Streaming/Channels/101?transportmode=unicast";
     std::string devicePath = "/onvif/device_service";
     int answerDelayMs = 0;                 // every HTTP answer and ProbeMatches waits this long
@@ -52,7 +50,6 @@ public:
     bool running() const { return httpPort_ != 0 && discoveryPort_ != 0; }
     std::uint16_t httpPort() const { return httpPort_; }
     std::uint16_t discoveryPort() const { return discoveryPort_; }
-    const CameraScenario& scenario() const { return scenario_; }
     // The operations asked, in order, e.g. "GetProfiles(media2)"; and how
     // many probes came in.
     std::vector<std::string> operations() const;

@@ -47,9 +47,7 @@ bool waitUntil(Done done, std::chrono::milliseconds limit = 2s)
 
 TEST(CameraDiscoveryWindows, TheFoundCameraGivesItsLinkToTheStreamDialog)
 {
-    CameraScenario scenario;
-    scenario.password = "се:крет";
-    FakeCamera camera(scenario);
+    FakeCamera camera({.password = "се:крет"});
     ASSERT_TRUE(camera.running());
     const std::string port = std::to_string(camera.discoveryPort());
     LoopbackDiscovery loopback("127.0.0.1:" + port, port);

@@ -3,10 +3,10 @@
 #include <unistd.h>
 
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <sstream>
 #include <string>
+
+#include "support/captured_stderr.h"
 
 namespace vx::test {
 
@@ -19,8 +19,7 @@ int zombieChildren()
         const std::string name = folder.path().filename().string();
         if (name.empty() || name.find_first_not_of("0123456789") != std::string::npos)
             continue;
-        std::ifstream in(folder.path() / "stat");
-        const std::string stat((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+        const std::string stat = readFileBytes(folder.path() / "stat");
         const auto close = stat.rfind(')');
         if (close == std::string::npos || close + 2 >= stat.size())
             continue;

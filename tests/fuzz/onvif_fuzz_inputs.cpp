@@ -1,9 +1,14 @@
-// A camera's SOAP answer as the discovery tool reads it: the envelope and
-// fault, the pieces the link call takes from the answers, the xml helpers
-// (which never hand out a view past the text) and the addresses in it.
+// What the discovery tool reads from cameras. A WS-Discovery datagram: the
+// matches it reads, the ip and name a camera is listed by, and the list of
+// found cameras, which holds each endpoint once. A camera's SOAP answer: the
+// envelope and fault, the pieces the link call takes from the answers, the
+// xml helpers (which never hand out a view past the text) and the addresses
+// in it.
+#include <set>
 #include <string>
 #include <string_view>
 
+#include "discovery_messages.h"
 #include "fuzz_registry.h"
 #include "fuzz_support.h"
 #include "onvif_addresses.h"
@@ -13,6 +18,29 @@
 
 namespace vx::fuzz {
 namespace {
+
+void readProbeInput(const std::uint8_t* data, std::size_t size)
+{
+    const std::string input = inputText(data, size);
+    onvif::FoundCameras found;
+    for (const onvif::ProbeMatch& match : onvif::parseProbeMatches(input)) {
+        check(!onvif::chooseIp(match.xaddrs, "192.0.2.7").empty(), "a camera with no ip");
+        onvif::cameraName(match.scopes);
+        onvif::httpFirst(onvif::splitXAddrs(match.types));
+        found.add(match, "192.0.2.7");
+        found.add(match, "192.0.2.8");   // the same camera on a second interface
+    }
+    std::set<std::string> keys;
+    for (const onvif::FoundCamera& camera : found.list())
+        check(keys.insert(camera.key).second, "a camera listed twice");
+    onvif::percentDecode(input);
+    onvif::cameraName(input);
+}
+
+const FuzzRegistration probe{
+    "onvif_probe", readProbeInput,
+    {"<d:ProbeMatches>", "</d:ProbeMatches>", "<d:ProbeMatch>", "</d:ProbeMatch>", "<d:XAddrs>", "</d:XAddrs>", "<d:Scopes>", "</d:Scopes>", "<d:Types>", "<a:EndpointReference><a:Address>", "</a:Address></a:EndpointReference>", "onvif://www.onvif.org/name/", "onvif://www.onvif.org/hardware/", "http://169.254.1.1/onvif/device_service", "http://0.0.0.0:80/", "http://[fe80::1]/", "<![CDATA[", "]]>", "&amp;", "&#x41;", "%2", "+", }};
+
 
 bool inside(std::string_view part, std::string_view whole)
 {
@@ -64,7 +92,7 @@ void readReplyInput(const std::uint8_t* data, std::size_t size)
     readAddress(input);
 }
 
-const FuzzRegistration registered{
+const FuzzRegistration reply{
     "onvif_reply", readReplyInput,
     {"<s:Envelope>", "</s:Envelope>", "<s:Body>", "</s:Body>", "<s:Fault>", "<s:Code><s:Value>", "</s:Value>", "<s:Subcode>", "<s:Reason><s:Text>", "ter:NotAuthorized", "<trt:GetStreamUriResponse><trt:MediaUri><tt:Uri>", "</tt:Uri>", "<tt:UTCDateTime>", "<tt:Year>", "<tds:Service>", "<tds:XAddr>", "<trt:Profiles token=\"p1\">", "<tt:VideoEncoderConfiguration>", "/>", "<![CDATA[", "]]>", "<!--", "-->", "&amp;", "&lt;", "&#60;", "&#x3C;", "rtsp://", "http://", "[::1]", ":554", "0.0.0.0", }};
 
