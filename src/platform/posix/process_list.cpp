@@ -36,9 +36,9 @@ bool isNumber(const char* text)
 
 // The whole of a small /proc file into `buffer`; its length, -1 when it
 // can't be read.
-long readSmall(int folder, const char* name, char* buffer, std::size_t size)
+long readSmall(const std::string& path, char* buffer, std::size_t size)
 {
-    posix::UniqueFd fd(::openat(folder, name, O_RDONLY | O_CLOEXEC));
+    posix::UniqueFd fd(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
     if (!fd.valid())
         return -1;
     std::size_t length = 0;
@@ -54,10 +54,10 @@ long readSmall(int folder, const char* name, char* buffer, std::size_t size)
 }
 
 // The state letter of /proc/<pid>/stat, after the parenthesised name.
-char processState(int folder)
+char processState(const std::string& folder)
 {
     char stat[4096];
-    const long length = readSmall(folder, "stat", stat, sizeof stat);
+    const long length = readSmall(folder + "stat", stat, sizeof stat);
     if (length <= 0)
         return '?';
     const std::string_view text(stat, static_cast<std::size_t>(length));
@@ -67,12 +67,21 @@ char processState(int folder)
     return text[close + 2];
 }
 
-// The image name and executable of the process whose /proc folder is open
-// as `folder`: the base name of its exe link, else the first line of comm.
-void readImage(int folder, std::string& imageName, std::string& executable)
+bool live(const std::string& folder)
+{
+    const char state = processState(folder);
+    return !(state == 'Z' || state == 'X' || state == '?');
+}
+
+// The image name and executable of the process whose /proc folder is
+// `folder` ("/proc/<pid>/"): the base name of its exe link, else the first
+// line of comm. True when the link was read: the process still had its
+// memory then, so it hadn't ended (an ended process loses its memory before
+// it becomes a zombie, and its link with it), and its state needn't be read.
+bool readImage(const std::string& folder, std::string& imageName, std::string& executable)
 {
     char link[4096];
-    const ssize_t length = ::readlinkat(folder, "exe", link, sizeof link);
+    const ssize_t length = ::readlink((folder + "exe").c_str(), link, sizeof link);
     if (length > 0 && static_cast<std::size_t>(length) < sizeof link) {
         executable.assign(link, static_cast<std::size_t>(length));
         // A program replaced on disk while it runs keeps its old name.
@@ -80,41 +89,35 @@ void readImage(int folder, std::string& imageName, std::string& executable)
             executable.compare(executable.size() - deletedMark.size(), deletedMark.size(), deletedMark) == 0)
             executable.resize(executable.size() - deletedMark.size());
         imageName = std::filesystem::path(executable).filename().string();
-        return;
+        return true;
     }
     executable.clear();
-    char comm[256];
-    const long got = readSmall(folder, "comm", comm, sizeof comm);
     imageName.clear();
+    char comm[256];
+    const long got = readSmall(folder + "comm", comm, sizeof comm);
     if (got > 0) {
         const char* end = static_cast<const char*>(std::memchr(comm, '\n', static_cast<std::size_t>(got)));
         imageName.assign(comm, end ? static_cast<std::size_t>(end - comm) : static_cast<std::size_t>(got));
     }
+    return false;
 }
 
-// Calls `visit(pid, folder)` for each process folder of /proc until it
-// returns true.
+// Calls `visit(pid, folder)` for each process of /proc, `folder` being
+// "/proc/<pid>/", until it returns true.
 template <typename Visit>
 void forEachProcess(Visit visit)
 {
     const std::unique_ptr<DIR, int (*)(DIR*)> proc(::opendir("/proc"), &::closedir);
     if (!proc)
         return;
+    std::string folder;
     while (const dirent* item = ::readdir(proc.get())) {
         if (!isNumber(item->d_name))
             continue;
-        posix::UniqueFd folder(::openat(::dirfd(proc.get()), item->d_name, O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-        if (!folder.valid())
-            continue;
-        if (visit(std::strtol(item->d_name, nullptr, 10), folder.get()))
+        folder.assign("/proc/").append(item->d_name).append("/");
+        if (visit(std::strtol(item->d_name, nullptr, 10), folder))
             return;
     }
-}
-
-bool live(int folder)
-{
-    const char state = processState(folder);
-    return !(state == 'Z' || state == 'X' || state == '?');
 }
 
 } // namespace
@@ -133,10 +136,9 @@ std::vector<ProcessEntry> listProcesses()
 {
     std::vector<ProcessEntry> entries;
     std::string imageName, executable;
-    forEachProcess([&](long pid, int folder) {
-        if (!live(folder))
+    forEachProcess([&](long pid, const std::string& folder) {
+        if (!readImage(folder, imageName, executable) && !live(folder))
             return false;
-        readImage(folder, imageName, executable);
         if (!imageName.empty()) {
             ProcessEntry entry;
             entry.pid = pid;
@@ -150,14 +152,14 @@ std::vector<ProcessEntry> listProcesses()
 }
 
 // The same answer as a search of listProcesses(), with the state read only
-// for the processes of that name.
+// for a process of that name whose link can't be read.
 long findProcessByName(const std::string& imageName)
 {
     long found = 0;
     std::string name, executable;
-    forEachProcess([&](long pid, int folder) {
-        readImage(folder, name, executable);
-        if (name.empty() || !sameImageName(name, imageName) || !live(folder))
+    forEachProcess([&](long pid, const std::string& folder) {
+        const bool linked = readImage(folder, name, executable);
+        if (name.empty() || !sameImageName(name, imageName) || (!linked && !live(folder)))
             return false;
         found = pid;
         return true;
