@@ -5,6 +5,7 @@
 #include <chrono>
 #include <iostream>
 #include <map>
+#include <optional>
 #include <thread>
 
 #include "config/camera_config.h"
@@ -161,6 +162,10 @@ std::mutex& lockOf(StreamControl& control, std::int32_t id, std::shared_ptr<std:
 struct ProcessScan {
     std::vector<platform::ProcessEntry> processes;
     std::map<long, std::string> commandLines;
+    // Per process of the list: its first argument as matchKey gives it, or
+    // nothing when its command line has none. A pass asks for every autorun
+    // stream; each process's line is split and folded once.
+    std::map<long, std::optional<std::u32string>> firstArgKeys;
     bool taken = false;
 };
 
@@ -378,6 +383,7 @@ const std::vector<platform::ProcessEntry>& processesOf(StreamControl& control, P
     if (!scan.taken) {
         scan.processes = control.listProcesses();
         scan.commandLines.clear();
+        scan.firstArgKeys.clear();
         scan.taken = true;
     }
     return scan.processes;
@@ -394,6 +400,28 @@ const std::string& commandLineOf(StreamControl& control, ProcessScan& scan, long
     return it->second;
 }
 
+// What sameTextIgnoringCase compares: the letters lowered, one by one.
+std::u32string matchKey(const std::string& text)
+{
+    std::u32string key = decodeUtf8(normalizeArg(text));
+    for (char32_t& c : key)
+        c = lowerLetter(c);
+    return key;
+}
+
+const std::optional<std::u32string>& firstArgKeyOf(StreamControl& control, ProcessScan& scan, long pid)
+{
+    auto it = scan.firstArgKeys.find(pid);
+    if (it == scan.firstArgKeys.end()) {
+        const std::vector<std::string> arguments = platform::splitCommandLine(commandLineOf(control, scan, pid));
+        std::optional<std::u32string> key;
+        if (arguments.size() >= 2)
+            key = matchKey(arguments[1]);
+        it = scan.firstArgKeys.emplace(pid, std::move(key)).first;
+    }
+    return it->second;
+}
+
 std::vector<long> findProcessesIn(StreamControl& control, ProcessScan& scan, const std::string& exeName,
                                   const std::string& firstArg, bool firstOnly)
 {
@@ -401,28 +429,17 @@ std::vector<long> findProcessesIn(StreamControl& control, ProcessScan& scan, con
     const std::vector<platform::ProcessEntry>& processes = processesOf(control, scan);
     if (processes.empty())
         return found;
-    // The diagnostic texts of a scan are built and kept to the scan: a scan
-    // runs for every autorun stream at each check, too often for the log.
-    std::string diagnostic = "Searching for process: '" + exeName + "' with firstArg: '" + firstArg + "'";
-    const std::string wanted = normalizeArg(firstArg);
+    const std::u32string wanted = matchKey(firstArg);
     for (const platform::ProcessEntry& process : processes) {
         if (process.imageName != exeName)
             continue;
-        const std::string& line = commandLineOf(control, scan, process.pid);
-        diagnostic = "Full cmdline: '" + line + "'";
-        const std::vector<std::string> arguments = platform::splitCommandLine(line);
-        if (arguments.size() < 2)
-            continue;
-        const bool match = sameTextIgnoringCase(normalizeArg(arguments[1]), wanted);
-        diagnostic = "Found vxVideoStream.exe, arg='" + arguments[1] + "', expected='" + firstArg +
-                     "', match=" + (match ? "true" : "false");
-        if (match) {
+        const std::optional<std::u32string>& key = firstArgKeyOf(control, scan, process.pid);
+        if (key && *key == wanted) {
             found.push_back(process.pid);
             if (firstOnly)
                 break;
         }
     }
-    (void)diagnostic;
     return found;
 }
 

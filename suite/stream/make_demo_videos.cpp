@@ -1,7 +1,10 @@
 // Writes a few short videos with synthetic scenes: a road, a car-like box
 // driving across with a plate on it. Small on purpose (320x240, 10 fps,
 // a few seconds each, Motion-JPEG in AVI, which every OpenCV build reads).
+// A size and a frame rate may follow the folder, for tools that run many
+// streams at once: make_demo_videos <folder> 160 120 2.
 #include <cstdio>
+#include <cstdlib>
 #include <filesystem>
 #include <string>
 
@@ -17,12 +20,12 @@ struct Scene {
     int direction;   // 1 left to right, -1 right to left
 };
 
-bool writeScene(const std::filesystem::path& path, const Scene& scene)
+// The scene is drawn at 320x240 and scaled to `written`.
+bool writeScene(const std::filesystem::path& path, const Scene& scene, cv::Size written, double fps)
 {
     const cv::Size size(320, 240);
-    const double fps = 10.0;
     const int frames = 40;
-    cv::VideoWriter writer(path.string(), cv::CAP_FFMPEG, cv::VideoWriter::fourcc('M', 'J', 'P', 'G'), fps, size);
+    cv::VideoWriter writer(path.string(), cv::CAP_FFMPEG, cv::VideoWriter::fourcc('M', 'J', 'P', 'G'), fps, written);
     if (!writer.isOpened())
         return false;
     for (int i = 0; i < frames; ++i) {
@@ -44,6 +47,8 @@ bool writeScene(const std::filesystem::path& path, const Scene& scene)
         cv::rectangle(frame, plate, cv::Scalar(0, 0, 0), 1);
         cv::putText(frame, scene.plate, {plate.x + 3, plate.y + 14}, cv::FONT_HERSHEY_PLAIN, 0.9,
                     cv::Scalar(0, 0, 0), 1, cv::LINE_AA);
+        if (written != size)
+            cv::resize(frame, frame, written, 0, 0, cv::INTER_AREA);
         writer.write(frame);
     }
     return true;
@@ -53,8 +58,14 @@ bool writeScene(const std::filesystem::path& path, const Scene& scene)
 
 int main(int argc, char* argv[])
 {
-    if (argc != 2) {
-        std::fprintf(stderr, "usage: make_demo_videos <folder>\n");
+    if (argc != 2 && argc != 5) {
+        std::fprintf(stderr, "usage: make_demo_videos <folder> [width height fps]\n");
+        return 2;
+    }
+    const cv::Size size = argc == 5 ? cv::Size(std::atoi(argv[2]), std::atoi(argv[3])) : cv::Size(320, 240);
+    const double fps = argc == 5 ? std::atof(argv[4]) : 10.0;
+    if (size.width < 16 || size.height < 16 || !(fps > 0.5 && fps <= 60)) {
+        std::fprintf(stderr, "make_demo_videos: bad size or frame rate\n");
         return 2;
     }
     const std::filesystem::path folder = argv[1];
@@ -66,7 +77,7 @@ int main(int argc, char* argv[])
         {"parking.avi", "E789OP50", cv::Scalar(40, 160, 40), 1},
     };
     for (const Scene& scene : scenes) {
-        if (!writeScene(folder / scene.file, scene)) {
+        if (!writeScene(folder / scene.file, scene, size, fps)) {
             std::fprintf(stderr, "make_demo_videos: can't write %s\n", scene.file);
             return 1;
         }

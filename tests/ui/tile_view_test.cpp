@@ -36,18 +36,16 @@ TEST(TileView, AZoneDrawnEarlierButDeliveredLaterIsDropped)
     EXPECT_EQ(view.zone().pixelColor(0, 0), QColor(Qt::green));
 }
 
-TEST(TileView, TheZoneImageSharesThePixelsAndKeepsThemAlive)
+TEST(TileView, TheZoneImageHoldsTheColoursInTheWindowsLayout)
 {
     QImage image;
-    const uchar* data = nullptr;
     {
         imaging::Picture zone = imaging::makePicture(6, 4, 3);
         imaging::fill(zone, {1, 2, 3});
-        data = zone.data;
         image = ui::zoneImage(zone);
     }
     ASSERT_FALSE(image.isNull());
-    EXPECT_EQ(image.constBits(), data);
+    EXPECT_EQ(image.format(), QImage::Format_RGB32);
     EXPECT_EQ(image.size(), QSize(6, 4));
     EXPECT_EQ(image.pixelColor(5, 3), QColor(3, 2, 1));
     EXPECT_TRUE(ui::zoneImage(imaging::makePicture(2, 2, 4)).isNull());

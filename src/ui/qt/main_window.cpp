@@ -185,9 +185,9 @@ bool MainWindow::create()
         tbb::global_control cap(tbb::global_control::max_allowed_parallelism,
                                 std::max<size_t>(std::thread::hardware_concurrency(), 16));
     }
-    // The finished zone travels to the window's thread inside a QImage that
-    // shares its pixels; the tile area is reached only there, and only while
-    // it still exists.
+    // The finished zone travels to the window's thread inside a QImage made
+    // here, on the timer thread; the tile area is reached only there, and
+    // only while it still exists.
     QPointer<TileView> tileArea(tileArea_);
     const platform::WindowHandle hostWindow = endpoint_ ? endpoint_->handle() : 0;
     core::startTimerThread(state_, services_, liveView_, hostWindow, [tileArea](liveview::ZonePicture zone) {
