@@ -52,6 +52,7 @@
 #include <unistd.h>
 #include <vector>
 
+#include "proc_figures.h"
 #include "config/camera_config.h"
 #include "config/control_config.h"
 #include "config/messenger_config.h"
@@ -73,18 +74,13 @@
 
 namespace fs = std::filesystem;
 using namespace vx;
+using bench::readText;
 
 namespace {
 
 constexpr int tickMs = 25;
 constexpr int startWatchMs = 100;
 constexpr int roundBoundMs = 30000;
-
-std::string readText(const fs::path& path)
-{
-    std::ifstream in(path, std::ios::binary);
-    return std::string(std::istreambuf_iterator<char>(in), {});
-}
 
 void writeText(const fs::path& path, const std::string& text)
 {

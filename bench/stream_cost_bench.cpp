@@ -39,6 +39,7 @@
 #include <vector>
 
 #include "config/camera_config.h"
+#include "proc_figures.h"
 #include "config/text_codec.h"
 #include "platform/window_endpoint.h"
 #include "supervision/stream_channel.h"
@@ -50,29 +51,8 @@ using Clock = std::chrono::steady_clock;
 namespace {
 
 using namespace vx;
-
-std::string readText(const fs::path& path)
-{
-    std::ifstream in(path, std::ios::binary);
-    return std::string(std::istreambuf_iterator<char>(in), {});
-}
-
-// utime + stime in clock ticks of /proc/<pid>/stat; -1 when it is gone.
-long long cpuTicks(pid_t pid)
-{
-    const std::string stat = readText("/proc/" + std::to_string(pid) + "/stat");
-    const auto close = stat.rfind(')');
-    if (close == std::string::npos)
-        return -1;
-    std::istringstream in(stat.substr(close + 2));
-    std::string field;
-    long long utime = 0, stime = 0;
-    for (int i = 3; i <= 15 && in >> field; ++i) {
-        if (i == 14) utime = std::stoll(field);
-        if (i == 15) stime = std::stoll(field);
-    }
-    return utime + stime;
-}
+using bench::cpuTicks;
+using bench::readText;
 
 std::string loadAverage()
 {

@@ -59,6 +59,7 @@
 #include "core/timer_thread.h"
 #include "maintenance/system_log.h"
 #include "platform/window_endpoint.h"
+#include "proc_figures.h"
 #include "supervision/http_clients.h"
 #include "supervision/service_context.h"
 #include "supervision/service_watch.h"
@@ -68,6 +69,8 @@
 extern char** environ;
 namespace fs = std::filesystem;
 using namespace vx;
+using bench::cpuTicks;
+using bench::readText;
 using Clock = std::chrono::steady_clock;
 
 namespace {
@@ -106,25 +109,6 @@ void printLoad(const char* when)
         line.pop_back();
     std::printf("load %s: %s\n", when, line.c_str());
     std::fflush(stdout);
-}
-
-// utime + stime in clock ticks of /proc/<pid>/stat; `system` gets stime.
-long long cpuTicks(long pid, long long* system = nullptr)
-{
-    const std::string stat = readText("/proc/" + std::to_string(pid) + "/stat");
-    const auto close = stat.rfind(')');
-    if (close == std::string::npos)
-        return -1;
-    std::istringstream in(stat.substr(close + 2));
-    std::string field;
-    long long utime = 0, stime = 0;
-    for (int i = 3; i <= 15 && in >> field; ++i) {
-        if (i == 14) utime = std::stoll(field);
-        if (i == 15) stime = std::stoll(field);
-    }
-    if (system)
-        *system = stime;
-    return utime + stime;
 }
 
 // Live processes whose command line names `folder`, or whose folder it is
