@@ -359,16 +359,22 @@ std::string normalizeArg(const std::string& text)
     return encodeUtf8(s);
 }
 
+namespace {
+
+// The text as sameTextIgnoringCase compares it: its letters lowered, one by one.
+std::u32string foldedText(const std::string& text)
+{
+    std::u32string folded = decodeUtf8(text);
+    for (char32_t& c : folded)
+        c = lowerLetter(c);
+    return folded;
+}
+
+} // namespace
+
 bool sameTextIgnoringCase(const std::string& a, const std::string& b)
 {
-    const std::u32string x = decodeUtf8(a);
-    const std::u32string y = decodeUtf8(b);
-    if (x.size() != y.size())
-        return false;
-    for (std::size_t i = 0; i < x.size(); ++i)
-        if (lowerLetter(x[i]) != lowerLetter(y[i]))
-            return false;
-    return true;
+    return foldedText(a) == foldedText(b);
 }
 
 namespace {
@@ -400,13 +406,10 @@ const std::string& commandLineOf(StreamControl& control, ProcessScan& scan, long
     return it->second;
 }
 
-// What sameTextIgnoringCase compares: the letters lowered, one by one.
+// A first argument as the search compares it: normalised, then folded.
 std::u32string matchKey(const std::string& text)
 {
-    std::u32string key = decodeUtf8(normalizeArg(text));
-    for (char32_t& c : key)
-        c = lowerLetter(c);
-    return key;
+    return foldedText(normalizeArg(text));
 }
 
 const std::optional<std::u32string>& firstArgKeyOf(StreamControl& control, ProcessScan& scan, long pid)

@@ -1,10 +1,11 @@
 #pragma once
 // Where the stream's frames come from: one opened file or link, read frame
 // by frame. Reading a frame (grab) decodes it; turning it into B G R pixels
-// (retrieve) is a step of its own, taken only for a frame someone wants. Each platform has its own reader (posix/: OpenCV's video
-// capture; win32/: Media Foundation's source reader, or a generated scene
-// for a file it can't play). The reading thread, its pacing and the
-// reconnect rules are the video source's, the same on every platform.
+// (retrieve) is a step of its own, taken only for a frame someone wants.
+// Each platform has its own reader (posix/: OpenCV's video capture; win32/:
+// Media Foundation's source reader, or a generated scene for a file it
+// can't play). The reading thread, its pacing and the reconnect rules are
+// the video source's, the same on every platform.
 #include <functional>
 #include <memory>
 #include <string>
